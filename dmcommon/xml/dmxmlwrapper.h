@@ -14,6 +14,7 @@
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMDocument;
 class DOMElement;
+class DOMNode;
 class XercesDOMParser;
 XERCES_CPP_NAMESPACE_END
 
@@ -136,7 +137,7 @@ class DMCOMMON_EXPORT DMXMLWrapper {
   /// handle has no element or the child belongs to another document.
   int addElement(DMXMLWrapper* child);
   /// As `addElement(name, out)`, inserted before the element of `before`,
-  /// which must be a child of this element.
+  /// which must be a child of this element; `DM_XML_FAILED` otherwise.
   int insertElementBefore(const char* name, DMXMLWrapper* before,
                           DMXMLWrapper** out);
   /// Appends a deep copy of the element of `source`, which may belong to
@@ -174,6 +175,12 @@ class DMCOMMON_EXPORT DMXMLWrapper {
  private:
   void releaseDocument();
   [[nodiscard]] DMXMLWrapper* adopt(XERCES_CPP_NAMESPACE::DOMElement* element);
+  // Insert a new or copied element before `reference`, or append it when
+  // `reference` is null.
+  [[nodiscard]] int insertNew(const char* name, XERCES_CPP_NAMESPACE::DOMNode* reference,
+                              DMXMLWrapper** out);
+  [[nodiscard]] int insertCopy(DMXMLWrapper* source, XERCES_CPP_NAMESPACE::DOMNode* reference,
+                               DMXMLWrapper** out);
   [[nodiscard]] int addIterator(bool direct, int filter, const char* name,
                                 DMXMLIteratorWrapper** out);
 

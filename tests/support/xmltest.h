@@ -15,19 +15,7 @@ inline constexpr char kXmlDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-
 
 // Fixture for tests that read an inline XML snippet.
 class XmlTest : public ::testing::Test {
- protected:
-  // Parses `text` into the fixture's document and returns its root handle.
-  // A snippet that does not parse fails the test.
-  DmExtension::DMXMLWrapper& Parse(const char* text) {
-    document_ = std::make_unique<DmExtension::DMXMLWrapper>();
-    document_->loadFromContents(text);
-    EXPECT_NE(document_->getElement(), nullptr) << "snippet did not parse: " << text;
-    return *document_;
-  }
-
-  // The fixture's document serialised without its XML declaration.
-  std::string Serialised() const { return WithoutDeclaration(*document_); }
-
+ public:
   // `handle` serialised, without the XML declaration of a whole document.
   static std::string WithoutDeclaration(const DmExtension::DMXMLWrapper& handle) {
     std::string text;
@@ -43,6 +31,19 @@ class XmlTest : public ::testing::Test {
     if (handle.getName(name) != DmExtension::DM_XML_OK) return "<none>";
     return name;
   }
+
+ protected:
+  // Parses `text` into the fixture's document and returns its root handle.
+  // A snippet that does not parse fails the test.
+  DmExtension::DMXMLWrapper& Parse(const char* text) {
+    document_ = std::make_unique<DmExtension::DMXMLWrapper>();
+    document_->loadFromContents(text);
+    EXPECT_NE(document_->getElement(), nullptr) << "snippet did not parse: " << text;
+    return *document_;
+  }
+
+  // The fixture's document serialised without its XML declaration.
+  std::string Serialised() const { return WithoutDeclaration(*document_); }
 
   std::unique_ptr<DmExtension::DMXMLWrapper> document_;
 };

@@ -1,0 +1,21 @@
+#ifndef DMCOMMON_DMCOMMON_H
+#define DMCOMMON_DMCOMMON_H
+
+// The library's whole public interface in one include. Every subsystem adds
+// its public headers here when it lands (never its *_internal.h helpers).
+
+#include "dmcommon/dmcommon_export.h"
+
+// XML layer: document handles, iterators, function tables and transcoding.
+#include "dmcommon/xml/dmxmlconverter.h"
+#include "dmcommon/xml/dmxmlfactory.h"
+#include "dmcommon/xml/dmxmliteratorwrapper.h"
+#include "dmcommon/xml/dmxmlresult.h"
+#include "dmcommon/xml/dmxmlwrapper.h"
+
+// Names of the XML forms' elements and attributes, and the read-only element
+// view.
+#include "dmcommon/xml/vocabulary/xmlelement.h"
+#include "dmcommon/xml/vocabulary/xmlvocabulary.h"
+
+#endif  // DMCOMMON_DMCOMMON_H

@@ -1,11 +1,11 @@
 #include "dmcommon/xml/vocabulary/xmlelement.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 #include <ostream>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "dmcommon/xml/dmxmlresult.h"
 #include "dmcommon/xml/dmxmlwrapper.h"

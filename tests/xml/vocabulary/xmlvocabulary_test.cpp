@@ -1,12 +1,12 @@
 #include "dmcommon/xml/vocabulary/xmlvocabulary.h"
 
-#include <gtest/gtest.h>
-
 #include <cctype>
 #include <cstring>
 #include <set>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "dmcommon/xml/dmxmlresult.h"
 #include "dmcommon/xml/dmxmlwrapper.h"

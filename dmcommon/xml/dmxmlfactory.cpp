@@ -15,19 +15,25 @@ DMXMLIteratorWrapper* Iterator(void* iterator) {
   return static_cast<DMXMLIteratorWrapper*>(iterator);
 }
 
-// Hands a new iterator out as a table over it.
-int WrapIterator(int rc, DMXMLIteratorWrapper* iterator, DMXMLIterator** out) {
-  if (rc != DM_XML_OK) return rc;
+// Runs `make`, which creates an iterator, and hands the iterator out as a
+// table over it. Without a place for the table nothing is created.
+template <typename Make>
+int WrapIterator(DMXMLIterator** out, Make make) {
   if (out == nullptr) return DM_XML_FAILED;
+  DMXMLIteratorWrapper* iterator = nullptr;
+  if (int rc = make(&iterator); rc != DM_XML_OK) return rc;
   *out = DMXMLIteratorFactory::create(iterator);
   return DM_XML_OK;
 }
 
-// Hands a new element handle out as a table over it; `*out` is left alone on
-// failure.
-int WrapElement(int rc, DMXMLWrapper* element, void** out) {
-  if (rc != DM_XML_OK) return rc;
+// Runs `make`, which adds an element, and hands the element's handle out as a
+// table over it; `*out` is left alone on failure, and without a place for the
+// table the document is not changed.
+template <typename Make>
+int WrapElement(void** out, Make make) {
   if (out == nullptr) return DM_XML_FAILED;
+  DMXMLWrapper* element = nullptr;
+  if (int rc = make(&element); rc != DM_XML_OK) return rc;
   *out = DMXMLFactory::create(element);
   return DM_XML_OK;
 }
@@ -96,15 +102,15 @@ int dm_xml_removeAttributeImpl(void* handle, const char* name) {
 }
 
 int dm_xml_getElementIteratorImpl(void* handle, const char* name, DMXMLIterator** out) {
-  DMXMLIteratorWrapper* iterator = nullptr;
-  const int rc = Handle(handle)->getElementIterator(name, &iterator);
-  return WrapIterator(rc, iterator, out);
+  return WrapIterator(out, [&](DMXMLIteratorWrapper** iterator) {
+    return Handle(handle)->getElementIterator(name, iterator);
+  });
 }
 
 int dm_xml_getTextIteratorImpl(void* handle, DMXMLIterator** out) {
-  DMXMLIteratorWrapper* iterator = nullptr;
-  const int rc = Handle(handle)->getTextIterator(&iterator);
-  return WrapIterator(rc, iterator, out);
+  return WrapIterator(out, [&](DMXMLIteratorWrapper** iterator) {
+    return Handle(handle)->getTextIterator(iterator);
+  });
 }
 
 int dm_xml_addAttributeImpl(void* handle, const char* name, const char* value) {
@@ -112,35 +118,34 @@ int dm_xml_addAttributeImpl(void* handle, const char* name, const char* value) {
 }
 
 int dm_xml_addElementImpl(void* handle, const char* name, void** out) {
-  DMXMLWrapper* element = nullptr;
-  const int rc = Handle(handle)->addElement(name, &element);
-  return WrapElement(rc, element, out);
+  return WrapElement(
+      out, [&](DMXMLWrapper** element) { return Handle(handle)->addElement(name, element); });
 }
 
 int dm_xml_addTextImpl(void* handle, const char* text) { return Handle(handle)->addText(text); }
 
 int dm_xml_copyElementImpl(void* handle, void* source, void** out) {
-  DMXMLWrapper* element = nullptr;
-  const int rc = Handle(handle)->copyElement(Handle(source), &element);
-  return WrapElement(rc, element, out);
+  return WrapElement(out, [&](DMXMLWrapper** element) {
+    return Handle(handle)->copyElement(Handle(source), element);
+  });
 }
 
 int dm_xml_getElementDirectIteratorImpl(void* handle, const char* name, DMXMLIterator** out) {
-  DMXMLIteratorWrapper* iterator = nullptr;
-  const int rc = Handle(handle)->getElementDirectIterator(name, &iterator);
-  return WrapIterator(rc, iterator, out);
+  return WrapIterator(out, [&](DMXMLIteratorWrapper** iterator) {
+    return Handle(handle)->getElementDirectIterator(name, iterator);
+  });
 }
 
 int dm_xml_insertElementBeforeImpl(void* handle, const char* name, void* before, void** out) {
-  DMXMLWrapper* element = nullptr;
-  const int rc = Handle(handle)->insertElementBefore(name, Handle(before), &element);
-  return WrapElement(rc, element, out);
+  return WrapElement(out, [&](DMXMLWrapper** element) {
+    return Handle(handle)->insertElementBefore(name, Handle(before), element);
+  });
 }
 
 int dm_xml_copyElementBeforeImpl(void* handle, void* source, void* before, void** out) {
-  DMXMLWrapper* element = nullptr;
-  const int rc = Handle(handle)->copyElementBefore(Handle(source), Handle(before), &element);
-  return WrapElement(rc, element, out);
+  return WrapElement(out, [&](DMXMLWrapper** element) {
+    return Handle(handle)->copyElementBefore(Handle(source), Handle(before), element);
+  });
 }
 
 int dm_xmliterator_hasMoreItemsImpl(void* iterator, int* more) {

@@ -22,7 +22,7 @@ class DMXMLIteratorWrapper;
 struct DMXMLIterator;
 
 /// What kind of node an iterator walks. Any other value lets no node pass.
-enum FilterType {
+enum FilterType : int {
   ElementFilter = 0,  ///< element nodes, of one name when a name is given
   TextFilter = 1,     ///< text nodes
 };

@@ -491,6 +491,25 @@ TEST_F(DMXMLTableTest, AddElementWithInvalidNameFailsAndLeavesOutUntouched) {
   EXPECT_EQ(Serialised(), "<r/>");
 }
 
+TEST_F(DMXMLTableTest, EntriesWithoutAPlaceForTheResultChangeNothing) {
+  DMXML* table = ParseTable("<r><c/></r>");
+  DMXMLWrapper source;
+  source.loadFromContents("<s/>");
+  DMXMLIteratorWrapper* iterator = nullptr;
+  ASSERT_EQ(document_->getElementDirectIterator("c", &iterator), DM_XML_OK);
+  void* item = nullptr;
+  ASSERT_EQ(iterator->nextItem(&item), DM_XML_OK);
+  auto* child = static_cast<DMXMLWrapper*>(item);
+  EXPECT_EQ(table->addElement(table->handle, "X", nullptr), DM_XML_FAILED);
+  EXPECT_EQ(table->copyElement(table->handle, &source, nullptr), DM_XML_FAILED);
+  EXPECT_EQ(table->insertElementBefore(table->handle, "X", child, nullptr), DM_XML_FAILED);
+  EXPECT_EQ(table->copyElementBefore(table->handle, &source, child, nullptr), DM_XML_FAILED);
+  EXPECT_EQ(table->getElementIterator(table->handle, "c", nullptr), DM_XML_FAILED);
+  EXPECT_EQ(table->getElementDirectIterator(table->handle, "c", nullptr), DM_XML_FAILED);
+  EXPECT_EQ(table->getTextIterator(table->handle, nullptr), DM_XML_FAILED);
+  EXPECT_EQ(Serialised(), "<r><c/></r>");
+}
+
 TEST_F(DMXMLTableTest, CopyElementCopiesFromAnotherDocument) {
   DMXMLWrapper source;
   source.loadFromContents("<s><t k='v'>x<u/></t></s>");

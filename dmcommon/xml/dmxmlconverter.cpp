@@ -31,9 +31,9 @@ DMXMLConverter::DMXMLConverter(const char* utf8) {
   XMLSize_t bytesEaten = 0;
   XMLSize_t produced = 0;
   try {
-    produced = transcoder_->transcodeFrom(reinterpret_cast<const XMLByte*>(utf8),
-                                          ClampLength(length), wide.get(), ClampLength(length),
-                                          bytesEaten, charSizes.get());
+    produced =
+        transcoder_->transcodeFrom(reinterpret_cast<const XMLByte*>(utf8), ClampLength(length),
+                                   wide.get(), ClampLength(length), bytesEaten, charSizes.get());
   } catch (const XMLException&) {
     // Malformed UTF-8 must not reach a document as a silently shortened text.
     produced = 0;

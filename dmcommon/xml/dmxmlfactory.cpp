@@ -42,22 +42,13 @@ int WrapElement(void** out, Make make) {
 
 DMXML* DMXMLFactory::create(DMXMLWrapper* handle) {
   if (handle == nullptr) return nullptr;
-  auto table = std::make_unique<DMXML>(DMXML{handle,
-                                             dm_xml_disposeDocumentImpl,
-                                             dm_xml_doc2stringImpl,
-                                             dm_xml_getNameImpl,
-                                             dm_xml_hasAttributeImpl,
-                                             dm_xml_getAttributeImpl,
-                                             dm_xml_removeAttributeImpl,
-                                             dm_xml_getElementIteratorImpl,
-                                             dm_xml_getTextIteratorImpl,
-                                             dm_xml_addAttributeImpl,
-                                             dm_xml_addElementImpl,
-                                             dm_xml_addTextImpl,
-                                             dm_xml_copyElementImpl,
-                                             dm_xml_getElementDirectIteratorImpl,
-                                             dm_xml_insertElementBeforeImpl,
-                                             dm_xml_copyElementBeforeImpl});
+  auto table = std::make_unique<DMXML>(
+      DMXML{handle, dm_xml_disposeDocumentImpl, dm_xml_doc2stringImpl, dm_xml_getNameImpl,
+            dm_xml_hasAttributeImpl, dm_xml_getAttributeImpl, dm_xml_removeAttributeImpl,
+            dm_xml_getElementIteratorImpl, dm_xml_getTextIteratorImpl, dm_xml_addAttributeImpl,
+            dm_xml_addElementImpl, dm_xml_addTextImpl, dm_xml_copyElementImpl,
+            dm_xml_getElementDirectIteratorImpl, dm_xml_insertElementBeforeImpl,
+            dm_xml_copyElementBeforeImpl});
   DMXML* result = table.get();
   handle->registerHandle(table.release());
   return result;
@@ -170,7 +161,9 @@ int dm_xmliterator_nextItemImpl(void* iterator, void** item) {
   return DM_XML_OK;
 }
 
-int dm_xmliterator_deleteCurrentItemImpl(void* iterator) { return Iterator(iterator)->deleteItem(); }
+int dm_xmliterator_deleteCurrentItemImpl(void* iterator) {
+  return Iterator(iterator)->deleteItem();
+}
 
 int dm_xmliterator_closeImpl(void* iterator) { return Iterator(iterator)->close(); }
 

@@ -97,8 +97,8 @@ DMCOMMON_EXPORT int dm_xml_getElementDirectIteratorImpl(void* handle, const char
                                                         DMXMLIterator** out);
 /// `insertElementBefore`; `before` is a `DMXMLWrapper*`; `*out` receives a
 /// `DMXML*` over the new element.
-DMCOMMON_EXPORT int dm_xml_insertElementBeforeImpl(void* handle, const char* name,
-                                                   void* before, void** out);
+DMCOMMON_EXPORT int dm_xml_insertElementBeforeImpl(void* handle, const char* name, void* before,
+                                                   void** out);
 /// `copyElementBefore`; `source` and `before` are `DMXMLWrapper*`; `*out`
 /// receives a `DMXML*` over the copy.
 DMCOMMON_EXPORT int dm_xml_copyElementBeforeImpl(void* handle, void* source, void* before,

@@ -54,8 +54,8 @@ class DMCOMMON_EXPORT DMXMLIteratorWrapper {
   /// Walks the direct children of `root` when `direct`, otherwise all its
   /// descendants in document order (never `root` itself). A null `name` is
   /// the empty name, which matches every element.
-  DMXMLIteratorWrapper(XERCES_CPP_NAMESPACE::DOMNode* root, bool direct,
-                       FilterType filter, const char* name);
+  DMXMLIteratorWrapper(XERCES_CPP_NAMESPACE::DOMNode* root, bool direct, FilterType filter,
+                       const char* name);
   ~DMXMLIteratorWrapper();
 
   DMXMLIteratorWrapper(const DMXMLIteratorWrapper&) = delete;

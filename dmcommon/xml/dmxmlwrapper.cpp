@@ -128,8 +128,8 @@ void DMXMLWrapper::loadFromContents(const char* text) {
   element = nullptr;
   if (text == nullptr) text = "";
   try {
-    MemBufInputSource source(reinterpret_cast<const XMLByte*>(text), std::strlen(text), "id",
-                             false, XMLPlatformUtils::fgMemoryManager);
+    MemBufInputSource source(reinterpret_cast<const XMLByte*>(text), std::strlen(text), "id", false,
+                             XMLPlatformUtils::fgMemoryManager);
     parser = std::make_unique<XercesDOMParser>(nullptr, XMLPlatformUtils::fgMemoryManager, nullptr);
     parser->setValidationScheme(XercesDOMParser::Val_Never);
     parser->setDoSchema(false);
@@ -429,8 +429,7 @@ int DMXMLWrapper::addElement(DMXMLWrapper* child) {
   return DM_XML_OK;
 }
 
-int DMXMLWrapper::insertElementBefore(const char* name, DMXMLWrapper* before,
-                                      DMXMLWrapper** out) {
+int DMXMLWrapper::insertElementBefore(const char* name, DMXMLWrapper* before, DMXMLWrapper** out) {
   if (before == nullptr || before->element == nullptr) return DM_XML_FAILED;
   return insertNew(name, before->element, out);
 }

@@ -79,8 +79,7 @@ class DMCOMMON_EXPORT DMXMLWrapper {
   int getName(std::string& name) const;
   /// The attribute's value into `buffer` with the rules of the buffer form of
   /// `getName`; an absent attribute reads as the empty text.
-  int getAttribute(const char* name, char* buffer, std::size_t size,
-                   std::size_t* needed) const;
+  int getAttribute(const char* name, char* buffer, std::size_t size, std::size_t* needed) const;
   /// The attribute's value; `found` tells an absent attribute (`DM_XML_OK`,
   /// empty value) from a present, possibly empty, one. Both outputs are reset
   /// first. `DM_XML_FAILED` without an element.
@@ -98,8 +97,7 @@ class DMCOMMON_EXPORT DMXMLWrapper {
   /// `special` is 0 for an ordinary number (in `value`), 1 for "-INF", 2 for
   /// "INF", 3 for "NaN" (`value` 0), and -1 with `DM_XML_FAILED` for text that
   /// is not a double.
-  int getAttribute(const char* name, double& value, bool& found,
-                   int& special) const;
+  int getAttribute(const char* name, double& value, bool& found, int& special) const;
   /// `*present` = 1 when the attribute exists, else 0. `DM_XML_FAILED` without
   /// an element.
   int hasAttribute(const char* name, int* present) const;
@@ -138,14 +136,12 @@ class DMCOMMON_EXPORT DMXMLWrapper {
   int addElement(DMXMLWrapper* child);
   /// As `addElement(name, out)`, inserted before the element of `before`,
   /// which must be a child of this element; `DM_XML_FAILED` otherwise.
-  int insertElementBefore(const char* name, DMXMLWrapper* before,
-                          DMXMLWrapper** out);
+  int insertElementBefore(const char* name, DMXMLWrapper* before, DMXMLWrapper** out);
   /// Appends a deep copy of the element of `source`, which may belong to
   /// another document; `*out` receives the copy's handle, owned by this handle.
   int copyElement(DMXMLWrapper* source, DMXMLWrapper** out);
   /// As `copyElement`, inserted before the element of `before`.
-  int copyElementBefore(DMXMLWrapper* source, DMXMLWrapper* before,
-                        DMXMLWrapper** out);
+  int copyElementBefore(DMXMLWrapper* source, DMXMLWrapper* before, DMXMLWrapper** out);
   /// Appends a text node. `DM_XML_FAILED` without an element.
   int addText(const char* text);
 

@@ -11,7 +11,8 @@
 namespace dmtest {
 
 // The declaration every document serialised from a handle starts with.
-inline constexpr char kXmlDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\" ?>";
+inline constexpr char kXmlDeclaration[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\" ?>";
 
 // Fixture for tests that read an inline XML snippet.
 class XmlTest : public ::testing::Test {

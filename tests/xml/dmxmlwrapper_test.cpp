@@ -81,9 +81,8 @@ TEST_F(DMXMLWrapperTest, LoadingAgainReplacesTheDocument) {
 }
 
 TEST(DMXMLWrapperParseTest, MalformedTextPrintsOneLineAndLeavesNoElement) {
-  const char* const kDocuments[] = {"",          "abc",         "<a></b>",
-                                    "<a/><b/>",  "<a x='1' x='2'/>", "<a>",
-                                    "<a b=1/>"};
+  const char* const kDocuments[] = {"",    "abc",     "<a></b>", "<a/><b/>", "<a x='1' x='2'/>",
+                                    "<a>", "<a b=1/>"};
   for (const char* text : kDocuments) {
     DMXMLWrapper handle;
     ::testing::internal::CaptureStdout();
@@ -133,8 +132,7 @@ TEST(DMXMLWrapperParseTest, FailedLoadClearsTheDocumentHeldBefore) {
 TEST(DMXMLWrapperParseTest, RefusesExternalEntities) {
   DMXMLWrapper handle;
   ::testing::internal::CaptureStdout();
-  handle.loadFromContents(
-      "<!DOCTYPE a [<!ENTITY e SYSTEM \"file:///etc/hostname\">]><a>&e;</a>");
+  handle.loadFromContents("<!DOCTYPE a [<!ENTITY e SYSTEM \"file:///etc/hostname\">]><a>&e;</a>");
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), kMalformedLine);
   EXPECT_EQ(handle.getElement(), nullptr);
 }
@@ -419,18 +417,12 @@ struct DoubleCase {
 
 TEST_F(DMXMLWrapperTest, DoubleReadReportsSpecialValues) {
   const DoubleCase kCases[] = {
-      {"-INF", DM_XML_OK, 0.0, true, 1},
-      {"INF", DM_XML_OK, 0.0, true, 2},
-      {"NaN", DM_XML_OK, 0.0, true, 3},
-      {"1.5e3", DM_XML_OK, 1500.0, true, 0},
-      {" 2 ", DM_XML_OK, 2.0, true, 0},
-      {"0.1", DM_XML_OK, 0.1, true, 0},
-      {"-0", DM_XML_OK, -0.0, true, 0},
-      {"1e400", DM_XML_OK, 0.0, true, 2},
-      {"abc", DM_XML_FAILED, 0.0, false, -1},
-      {"", DM_XML_FAILED, 0.0, false, -1},
-      {"inf", DM_XML_FAILED, 0.0, false, -1},
-      {"+INF", DM_XML_FAILED, 0.0, false, -1},
+      {"-INF", DM_XML_OK, 0.0, true, 1},      {"INF", DM_XML_OK, 0.0, true, 2},
+      {"NaN", DM_XML_OK, 0.0, true, 3},       {"1.5e3", DM_XML_OK, 1500.0, true, 0},
+      {" 2 ", DM_XML_OK, 2.0, true, 0},       {"0.1", DM_XML_OK, 0.1, true, 0},
+      {"-0", DM_XML_OK, -0.0, true, 0},       {"1e400", DM_XML_OK, 0.0, true, 2},
+      {"abc", DM_XML_FAILED, 0.0, false, -1}, {"", DM_XML_FAILED, 0.0, false, -1},
+      {"inf", DM_XML_FAILED, 0.0, false, -1}, {"+INF", DM_XML_FAILED, 0.0, false, -1},
       {"1,5", DM_XML_FAILED, 0.0, false, -1},
   };
   for (const DoubleCase& c : kCases) {

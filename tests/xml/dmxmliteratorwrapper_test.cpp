@@ -104,10 +104,11 @@ class DMXMLIteratorWrapperTest : public dmtest::XmlTest {
     return label;
   }
 
-  // Hands out every remaining element of `iterator` and labels them, checking
-  // that hasMoreItems agrees with nextItem at every step.
-  static std::vector<std::string> ElementLabels(DMXMLIteratorWrapper* iterator) {
-    std::vector<std::string> labels;
+  // Hands out every remaining item of `iterator`, described by `describe`,
+  // checking that hasMoreItems agrees with nextItem at every step.
+  template <typename Describe>
+  static std::vector<std::string> Drain(DMXMLIteratorWrapper* iterator, Describe describe) {
+    std::vector<std::string> items;
     for (;;) {
       int more = -1;
       EXPECT_EQ(iterator->hasMoreItems(&more), DM_XML_OK);
@@ -116,33 +117,23 @@ class DMXMLIteratorWrapperTest : public dmtest::XmlTest {
       if (rc == DM_XML_NO_MORE_ITEMS) {
         EXPECT_EQ(more, 0);
         EXPECT_EQ(item, nullptr);
-        return labels;
+        return items;
       }
       EXPECT_EQ(rc, DM_XML_OK);
       EXPECT_EQ(more, 1);
-      if (rc != DM_XML_OK || item == nullptr || item == Sentinel()) return labels;
-      labels.push_back(Label(*static_cast<DMXMLWrapper*>(item)));
+      if (rc != DM_XML_OK || item == nullptr || item == Sentinel()) return items;
+      items.push_back(describe(item));
     }
   }
 
-  // As ElementLabels, for a text walk.
+  // The labels of every remaining element of `iterator`.
+  static std::vector<std::string> ElementLabels(DMXMLIteratorWrapper* iterator) {
+    return Drain(iterator, [](void* item) { return Label(*static_cast<DMXMLWrapper*>(item)); });
+  }
+
+  // Every remaining text of `iterator`.
   static std::vector<std::string> Texts(DMXMLIteratorWrapper* iterator) {
-    std::vector<std::string> texts;
-    for (;;) {
-      int more = -1;
-      EXPECT_EQ(iterator->hasMoreItems(&more), DM_XML_OK);
-      void* item = Sentinel();
-      const int rc = iterator->nextItem(&item);
-      if (rc == DM_XML_NO_MORE_ITEMS) {
-        EXPECT_EQ(more, 0);
-        EXPECT_EQ(item, nullptr);
-        return texts;
-      }
-      EXPECT_EQ(rc, DM_XML_OK);
-      EXPECT_EQ(more, 1);
-      if (rc != DM_XML_OK || item == nullptr || item == Sentinel()) return texts;
-      texts.emplace_back(static_cast<const char*>(item));
-    }
+    return Drain(iterator, [](void* item) { return std::string(static_cast<const char*>(item)); });
   }
 
   // The child of the fixture's root element at `index`, counting every kind

@@ -49,6 +49,30 @@ class XmlTest : public ::testing::Test {
   std::unique_ptr<DmExtension::DMXMLWrapper> document_;
 };
 
+// Writes `object` with its AddToTree(parent, created) under the root of a new
+// document, reads the written element back with the class's constructor from
+// an element (followed by `readArgs`), lets `expectEqual(object, readBack)`
+// compare them, and checks that writing the read-back object gives the same
+// text. Returns the written text, without the XML declaration.
+template <typename T, typename Equal, typename... ReadArgs>
+std::string ExpectXmlRoundTrip(const T& object, Equal expectEqual, ReadArgs... readArgs) {
+  DmExtension::DMXMLWrapper first;
+  first.createNew("Root");
+  DmExtension::DMXMLWrapper* created = nullptr;
+  object.AddToTree(first, created);
+  EXPECT_NE(created, nullptr) << "nothing was written";
+  if (created == nullptr) return "";
+  const T readBack(*created, readArgs...);
+  expectEqual(object, readBack);
+  DmExtension::DMXMLWrapper second;
+  second.createNew("Root");
+  DmExtension::DMXMLWrapper* rewritten = nullptr;
+  readBack.AddToTree(second, rewritten);
+  const std::string text = XmlTest::WithoutDeclaration(first);
+  EXPECT_EQ(XmlTest::WithoutDeclaration(second), text);
+  return text;
+}
+
 }  // namespace dmtest
 
 #endif  // DMCOMMON_TESTS_SUPPORT_XMLTEST_H

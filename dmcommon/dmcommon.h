@@ -18,4 +18,11 @@
 #include "dmcommon/xml/vocabulary/xmlelement.h"
 #include "dmcommon/xml/vocabulary/xmlvocabulary.h"
 
+// Values: datums, labelled values, ranges and missing-value specifications.
+#include "dmcommon/values/dmdatum.h"
+#include "dmcommon/values/dmenumdict.h"
+#include "dmcommon/values/dmmissingvalues.h"
+#include "dmcommon/values/dmrange.h"
+#include "dmcommon/values/dmvalue.h"
+
 #endif  // DMCOMMON_DMCOMMON_H

@@ -36,10 +36,6 @@ constexpr DMEnumDictEntry kFlagDict[] = {
     {0, nullptr},
 };
 
-bool SameText(const DMDatum& datum, const char* text) {
-  return std::strcmp(datum.GetString(), text) == 0;
-}
-
 }  // namespace
 
 int GetDataValueAttr(const DMXMLWrapper& element, const char* attribute, DMDatum::DataType type,
@@ -157,9 +153,10 @@ int DMValue::GetIndex(const char* text, const std::vector<DMValue>& list) {
   if (list.empty()) return -1;
   if (list.front().datum.GetType() != DMDatum::StringType) return -2;
   for (std::size_t i = 0; i < list.size(); ++i) {
-    const DMDatum& candidate = list[i].datum;
-    // A null text in the list equals nothing.
-    if (!candidate.IsNull() && SameText(candidate, text)) return static_cast<int>(i);
+    // Only the first element's type is checked up front; a later element that
+    // holds no text (null, or of another type) equals nothing.
+    const char* candidate = list[i].datum.GetString();
+    if (candidate != nullptr && std::strcmp(candidate, text) == 0) return static_cast<int>(i);
   }
   return -1;
 }

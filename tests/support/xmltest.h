@@ -68,7 +68,7 @@ std::string ExpectXmlRoundTrip(const T& object, Equal expectEqual, ReadArgs... r
   second.createNew("Root");
   DmExtension::DMXMLWrapper* rewritten = nullptr;
   readBack.AddToTree(second, rewritten);
-  const std::string text = XmlTest::WithoutDeclaration(first);
+  std::string text = XmlTest::WithoutDeclaration(first);
   EXPECT_EQ(XmlTest::WithoutDeclaration(second), text);
   return text;
 }

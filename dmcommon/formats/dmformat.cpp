@@ -1,0 +1,3 @@
+#include "dmcommon/formats/dmformat.h"
+
+DMFormat::~DMFormat() = default;

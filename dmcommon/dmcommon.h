@@ -25,4 +25,14 @@
 #include "dmcommon/values/dmrange.h"
 #include "dmcommon/values/dmvalue.h"
 
+// Formats: display formats for numbers, currencies and percentages, dates,
+// times and strings.
+#include "dmcommon/formats/dmdateformat.h"
+#include "dmcommon/formats/dmdecoratedformat.h"
+#include "dmcommon/formats/dmformat.h"
+#include "dmcommon/formats/dmformatutils.h"
+#include "dmcommon/formats/dmnumberformat.h"
+#include "dmcommon/formats/dmstringformat.h"
+#include "dmcommon/formats/dmtimeformat.h"
+
 #endif  // DMCOMMON_DMCOMMON_H

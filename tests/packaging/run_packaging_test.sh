@@ -150,7 +150,7 @@ case $mode in
     actual_version=$(pkg-config --modversion dmcommon)
     [ "$actual_version" = "$version" ] ||
       fail "dmcommon.pc says version $actual_version, expected $version"
-    # The private requirements (ICU) must resolve for static links.
+    # The requirements (Xerces-C, ICU) must resolve for static links too.
     step pkg-config --static --libs dmcommon
     pc_libdir=$(pkg-config --variable=libdir dmcommon)
     [ "$(cd "$pc_libdir" && pwd -P)" = "$(cd "$prefix/$libdir" && pwd -P)" ] ||

@@ -1,0 +1,1 @@
+#include "dmcommon/stats/dmcatstatsimp.h"

@@ -35,4 +35,7 @@
 #include "dmcommon/formats/dmstringformat.h"
 #include "dmcommon/formats/dmtimeformat.h"
 
+// Printables: the UTF-8/UTF-16 converter used by all rendering.
+#include "dmcommon/printable/dmuncconverter.h"
+
 #endif  // DMCOMMON_DMCOMMON_H

@@ -70,7 +70,8 @@ if phase "asan: build" configure_and_build build/ci-asan \
     "-DCMAKE_CXX_FLAGS=$sanitize" \
     "-DCMAKE_EXE_LINKER_FLAGS=$sanitize" \
     "-DCMAKE_SHARED_LINKER_FLAGS=$sanitize" \
-    -DDMCOMMON_PACKAGING_TESTS=OFF; then
+    -DDMCOMMON_PACKAGING_TESTS=OFF \
+    -DDMCOMMON_BUILD_BENCHMARKS=OFF; then
   phase "asan: test" run_tests build/ci-asan
 fi
 

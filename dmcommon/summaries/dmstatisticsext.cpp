@@ -1,0 +1,1 @@
+#include "dmcommon/summaries/dmstatisticsext.h"

@@ -1,9 +1,17 @@
 #include "dmcommon/formats/dmtimeformat.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
+#include "dmcommon/formats/dmdatetime_internal.h"
 #include "dmcommon/formats/dmformat_internal.h"
 #include "dmcommon/formats/dmformatutils.h"
 #include "dmcommon/values/dmdatum.h"
@@ -26,6 +34,43 @@ constexpr DMEnumDictEntry gFmtTypeDict[] = {
     {0, nullptr},
 };
 static_assert(dmformat_internal::MapsBothWays(gFmtTypeDict));
+
+// Milliseconds from 1970-01-01 back to Julian day 0 (2440588 days). Shifting a
+// duration by it makes ICU's Julian day field count the whole elapsed days
+// from 0, while hours, minutes and seconds stay those of the duration.
+constexpr double kEpochJulianDayMillis = -210866803200000.0;
+
+// Drops units from the end of a duration `width` cannot hold: the last
+// fractional digits, then the fraction with its point, then the seconds,
+// minutes and hours, each with the separator in front of it. Returns false
+// when even the day number alone is too long.
+[[nodiscard]] bool CutDuration(icu::UnicodeString& text, int width, unsigned decimals) {
+  const std::int64_t length = text.length();
+  const std::int64_t excess = length - width;
+  const std::int64_t digits = decimals;
+  std::int64_t cut = 0;
+  if (digits > 0 && excess < digits) {
+    cut = excess;
+  } else if (digits > 0 && excess <= digits + 1) {
+    cut = digits + 1;
+  } else {
+    // Intended: a unit is taken as three characters, two digits and one
+    // separator, as the padded pattern gives; an unpadded duration may lose
+    // more than it needs to.
+    const std::int64_t fraction = digits > 0 ? digits + 1 : 0;
+    if (fraction + 3 >= excess) {
+      cut = fraction + 3;
+    } else if (fraction + 6 >= excess) {
+      cut = fraction + 6;
+    } else if (fraction + 9 >= excess) {
+      cut = fraction + 9;
+    } else {
+      return false;
+    }
+  }
+  text.truncate(static_cast<std::int32_t>(std::max<std::int64_t>(length - cut, 0)));
+  return true;
+}
 
 }  // namespace
 
@@ -75,10 +120,36 @@ DMFormat::Alignment DMTimeFormat::GetAlignment() const { return alignment_; }
 
 const std::string& DMTimeFormat::GetName() const { return name_; }
 
-int DMTimeFormat::Format(const DMDatum& /*datum*/, ValueUnits /*units*/, std::string& out) const {
-  // Rendering is not part of the library yet: every datum is refused.
+int DMTimeFormat::Format(const DMDatum& datum, ValueUnits units, std::string& out) const {
   out.clear();
-  return DM_FORMAT_FAILED;
+  if (datum.IsNull()) {
+    out = ".";
+    return DM_FORMAT_OK;
+  }
+  if (units != UnitsSeconds || datum.GetType() != DMDatum::RealType || width_ == 0) {
+    return DM_FORMAT_FAILED;
+  }
+  bool duration = false;
+  const std::string pattern = MakePattern(duration);
+  double millis = datum.GetReal() * 1000.0;
+  if (duration) millis += kEpochJulianDayMillis;
+  icu::UnicodeString text;
+  // Times have no names, and English digits keep them the same everywhere.
+  if (dmdatetime_internal::FormatMillis(pattern, icu::Locale::getUS(), millis, text) !=
+      DM_FORMAT_OK) {
+    return DM_FORMAT_FAILED;
+  }
+  if (width_ > 0) {
+    if (duration && text.length() > width_ && !CutDuration(text, width_, decimals_)) {
+      // Intended: the marker of a duration that cannot fit is the whole text,
+      // not padded to the width.
+      out = "*";
+      return DM_FORMAT_OK;
+    }
+    text.padLeading(width_, u' ');
+  }
+  out = dmdatetime_internal::ThreadFormatterCache().Converter().ToUTF8(text);
+  return DM_FORMAT_OK;
 }
 
 void DMTimeFormat::AddToTree(DMXMLWrapper& parent, DMXMLWrapper*& created) const {
@@ -131,3 +202,39 @@ void DMTimeFormat::GetSeparator(UnitsSeparator& separator) const {
 }
 
 bool DMTimeFormat::GetPaddedHMS() const { return width_ != 0 && paddedHMS_; }
+
+std::string DMTimeFormat::MakePattern(bool& duration) const {
+  duration = false;
+  std::string pattern;
+  switch (formatType_) {
+    case H_M:
+      // Never fractional: seconds are not shown, so their fraction is not.
+      SetTimePatt("Hm", 0, paddedHMS_, separator_, pattern);
+      break;
+    case H_M_S:
+      SetTimePatt("Hms", decimals_, paddedHMS_, separator_, pattern);
+      break;
+    case M_S:
+      SetTimePatt("ms", decimals_, paddedHMS_, separator_, pattern);
+      break;
+    case D_H_M_S:
+      duration = true;
+      pattern = "g ";
+      SetTimePatt("Hms", decimals_, paddedHMS_, separator_, pattern);
+      break;
+  }
+  return pattern;
+}
+
+void DMTimeFormat::SetTimePatt(std::string_view letters, unsigned fractionDigits, bool padded,
+                               UnitsSeparator separator, std::string& pattern) {
+  const std::string between = DMFormatUtils::MakeSeparatorStr(separator);
+  for (std::size_t i = 0; i < letters.size(); ++i) {
+    if (i != 0) pattern += between;
+    pattern.append(padded ? 2 : 1, letters[i]);
+  }
+  if (fractionDigits > 0) {
+    pattern += '.';
+    pattern.append(fractionDigits, 'S');
+  }
+}

@@ -2,6 +2,7 @@
 #define DMCOMMON_FORMATS_DMTIMEFORMAT_H
 
 #include <string>
+#include <string_view>
 
 #include "dmcommon/dmcommon_export.h"
 #include "dmcommon/formats/dmformat.h"
@@ -45,7 +46,18 @@ class DMCOMMON_EXPORT DMTimeFormat : public DMFormat {
   Alignment GetAlignment() const override;
   /// The name as stored.
   const std::string& GetName() const override;
-  /// Not available yet: clears `out` and returns `DM_FORMAT_FAILED`.
+  /// Renders a real `datum` counting seconds as a time of day in GMT (`H_M`,
+  /// `H_M_S`, `M_S`: hours wrap at 24, minutes at 60) or as a duration of
+  /// whole days, hours, minutes and seconds (`D_H_M_S`, where 0 is day 0,
+  /// 00:00:00), always with English digits. A positive width pads on the
+  /// left with spaces; a duration longer than the width loses fractional
+  /// digits, the fraction, then seconds, minutes and hours with their
+  /// separators, and becomes "*" (not padded) when even the day number does
+  /// not fit. Other times are never cut. A null datum renders as ".". Returns
+  /// `DM_FORMAT_FAILED` with `out` empty for units other than `UnitsSeconds`,
+  /// a datum that is not real, width 0, a value that is not a number,
+  /// infinite or beyond the span of ICU's calendar (about 5.8 million years
+  /// either side of 1970), or an ICU failure.
   int Format(const DMDatum& datum, ValueUnits units, std::string& out) const override;
   /// Writes a `TimeFormat` element with name, width, alignment, separator,
   /// decimal places, format type (an unknown type as `H_M_S`) and the padding
@@ -76,6 +88,19 @@ class DMCOMMON_EXPORT DMTimeFormat : public DMFormat {
   /// Whether units are padded to two digits; false while the width is 0,
   /// although an invalid format stores true.
   bool GetPaddedHMS() const;
+
+  /// The ICU pattern of the stored type, separator, padding and decimals,
+  /// read as stored also while the width is 0: "HH:mm:ss.SS" for `H_M_S` with
+  /// `Colon`, padding and 2 decimals; `D_H_M_S` puts "g " (the Julian day
+  /// number) in front. `duration` is set to whether the pattern is that of
+  /// `D_H_M_S`. A type outside the enumeration gives the empty pattern.
+  std::string MakePattern(bool& duration) const;
+  /// Appends to `pattern` one field per letter of `letters` (H, m or s), each
+  /// written twice when `padded`, else once, with the text of `separator`
+  /// between two fields (nothing for `None` and `Local`), then "." and
+  /// `fractionDigits` letters S when `fractionDigits` is above 0.
+  static void SetTimePatt(std::string_view letters, unsigned fractionDigits, bool padded,
+                          UnitsSeparator separator, std::string& pattern);
 
  private:
   FormatType formatType_;

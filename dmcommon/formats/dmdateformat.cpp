@@ -1,9 +1,15 @@
 #include "dmcommon/formats/dmdateformat.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
+#include "dmcommon/formats/dmdatetime_internal.h"
 #include "dmcommon/formats/dmformat_internal.h"
 #include "dmcommon/formats/dmformatutils.h"
 #include "dmcommon/values/dmdatum.h"
@@ -56,6 +62,14 @@ static_assert(dmformat_internal::MapsBothWays(gFmtTypeDict));
   if (read->GetWidth() == 0) return DM_FORMAT_FAILED;
   timeFormat = std::move(read);
   return DM_FORMAT_OK;
+}
+
+constexpr double kSecondsPerDay = 86400.0;
+
+// Counts characters rather than UTF-16 units, so that a local name is never
+// split inside a character.
+void CutToWidth(icu::UnicodeString& text, int width) {
+  if (text.countChar32() > width) text.truncate(text.moveIndex32(0, width));
 }
 
 }  // namespace
@@ -141,10 +155,41 @@ DMFormat::Alignment DMDateFormat::GetAlignment() const { return alignment_; }
 
 const std::string& DMDateFormat::GetName() const { return name_; }
 
-int DMDateFormat::Format(const DMDatum& /*datum*/, ValueUnits /*units*/, std::string& out) const {
-  // Rendering is not part of the library yet: every datum is refused.
+int DMDateFormat::Format(const DMDatum& datum, ValueUnits units, std::string& out) const {
   out.clear();
-  return DM_FORMAT_FAILED;
+  if (datum.IsNull()) {
+    out = ".";
+    return DM_FORMAT_OK;
+  }
+  if (units == UnitsNone || datum.GetType() != DMDatum::RealType || width_ == 0) {
+    return DM_FORMAT_FAILED;
+  }
+  const double seconds = units == UnitsSeconds ? datum.GetReal() : datum.GetReal() * kSecondsPerDay;
+  // English names unless asked otherwise, so that stored output does not
+  // change with the machine it was made on.
+  const icu::Locale& names = namesLocal_ ? icu::Locale::getDefault() : icu::Locale::getUS();
+  icu::UnicodeString text;
+  if (dmdatetime_internal::FormatMillis(MakePattern(), names, seconds * 1000.0, text) !=
+      DM_FORMAT_OK) {
+    return DM_FORMAT_FAILED;
+  }
+  // Only the names are cut: a width of 3 is how an abbreviated day or month
+  // name is asked for. Numeric dates keep every digit whatever the width.
+  if ((formatType_ == DayName || formatType_ == MonthName) && width_ > 0) {
+    CutToWidth(text, width_);
+  }
+  std::string timeText;
+  if (timeFormat_ != nullptr) {
+    // Intended: a time part that cannot be shown leaves the date on its own
+    // instead of failing it.
+    static_cast<void>(timeFormat_->Format(DMDatum(seconds), UnitsSeconds, timeText));
+  }
+  out = dmdatetime_internal::ThreadFormatterCache().Converter().ToUTF8(text);
+  if (!timeText.empty()) {
+    out += ' ';
+    out += timeText;
+  }
+  return DM_FORMAT_OK;
 }
 
 void DMDateFormat::AddToTree(DMXMLWrapper& parent, DMXMLWrapper*& created) const {
@@ -224,3 +269,66 @@ void DMDateFormat::SetTimeFormat(const DMTimeFormat* timeFormat) {
 }
 
 const DMTimeFormat* DMDateFormat::GetTimeFormat() const { return timeFormat_.get(); }
+
+std::string DMDateFormat::MakePattern() const {
+  std::string pattern;
+  switch (formatType_) {
+    case D_M_Y:
+      SetDatePatt("dMy", false, twoDigitYear_, separator_, pattern);
+      break;
+    case M_D_Y:
+      SetDatePatt("Mdy", false, twoDigitYear_, separator_, pattern);
+      break;
+    case Y_M_D:
+      SetDatePatt("yMd", false, twoDigitYear_, separator_, pattern);
+      break;
+    case D_monthName_Y:
+      SetDatePatt("dMy", true, twoDigitYear_, separator_, pattern);
+      break;
+    case MonthName_Y:
+    // Intended: a quarter is shown as its month name and year, exactly like
+    // MonthName_Y; no quarter field is used.
+    case Q_Y:
+      SetDatePatt("My", true, twoDigitYear_, separator_, pattern);
+      break;
+    case Y_dayNo:
+      SetDatePatt("yD", false, twoDigitYear_, separator_, pattern);
+      break;
+    case DayName:
+      pattern = "EEEE";
+      break;
+    case MonthName:
+      pattern = "MMMM";
+      break;
+    case W_Y:
+      pattern = twoDigitYear_ ? "ww 'WK' yy" : "ww 'WK' yyyy";
+      break;
+  }
+  return pattern;
+}
+
+void DMDateFormat::SetDatePatt(std::string_view letters, bool monthName, bool twoDigitYear,
+                               UnitsSeparator separator, std::string& pattern) {
+  const std::string between = DMFormatUtils::MakeSeparatorStr(separator);
+  for (std::size_t i = 0; i < letters.size(); ++i) {
+    if (i != 0) pattern += between;
+    const char letter = letters[i];
+    switch (letter) {
+      case 'y':
+        pattern.append(twoDigitYear ? 2 : 4, letter);
+        break;
+      case 'M':
+        pattern.append(monthName ? 3 : 2, letter);
+        break;
+      case 'D':
+        pattern.append(3, letter);
+        break;
+      case 'd':
+        pattern.append(2, letter);
+        break;
+      default:
+        pattern += letter;
+        break;
+    }
+  }
+}

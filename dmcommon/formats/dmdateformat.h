@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "dmcommon/dmcommon_export.h"
 #include "dmcommon/formats/dmformat.h"
@@ -57,7 +58,17 @@ class DMCOMMON_EXPORT DMDateFormat : public DMFormat {
   Alignment GetAlignment() const override;
   /// The name as stored.
   const std::string& GetName() const override;
-  /// Not available yet: clears `out` and returns `DM_FORMAT_FAILED`.
+  /// Renders a real `datum` counting seconds (`UnitsSeconds`) or days (any
+  /// other non-zero units) from 1970-01-01 00:00:00 GMT as a date in GMT on a
+  /// Gregorian calendar, with English names unless names local is set (then
+  /// those of the ICU default locale). `DayName` and `MonthName` are cut to a
+  /// positive width; other dates are neither cut nor padded. An owned time
+  /// format adds one space and the time of day; a time part that cannot be
+  /// shown is left out. A null datum renders as ".". Returns
+  /// `DM_FORMAT_FAILED` with `out` empty for `UnitsNone`, a datum that is not
+  /// real, width 0, a value that is not a number, infinite or beyond the span
+  /// of ICU's calendar (about 5.8 million years either side of 1970), or an
+  /// ICU failure.
   int Format(const DMDatum& datum, ValueUnits units, std::string& out) const override;
   /// Writes a `DateFormat` element with name, width, alignment, separator,
   /// decimal places, format type (an unknown type as `D_M_Y`), two-digit
@@ -100,6 +111,20 @@ class DMCOMMON_EXPORT DMDateFormat : public DMFormat {
   /// ownership; the pointer is valid until the time format is replaced or
   /// destroyed.
   const DMTimeFormat* GetTimeFormat() const;
+
+  /// The ICU date pattern of the stored type, separator and year setting,
+  /// read as stored also while the width is 0: "dd/MM/yyyy" for `D_M_Y` with
+  /// `Slash`, "EEEE" for `DayName`, "MMMM" for `MonthName`, "ww 'WK' yy" or
+  /// "ww 'WK' yyyy" for `W_Y`, the pattern of `MonthName_Y` for `Q_Y`, the
+  /// empty pattern for a type outside the enumeration.
+  std::string MakePattern() const;
+  /// Appends to `pattern` one field per letter of `letters` with the text of
+  /// `separator` between two fields (nothing for `None` and `Local`): y as
+  /// "yyyy", or "yy" with `twoDigitYear`; M as "MM", or "MMM" (abbreviated
+  /// month name) with `monthName`; D (day of year) as "DDD"; d as "dd"; any
+  /// other letter once.
+  static void SetDatePatt(std::string_view letters, bool monthName, bool twoDigitYear,
+                          UnitsSeparator separator, std::string& pattern);
 
  private:
   FormatType formatType_;

@@ -168,8 +168,11 @@ int DMDateFormat::Format(const DMDatum& datum, ValueUnits units, std::string& ou
   // English names unless asked otherwise, so that stored output does not
   // change with the machine it was made on.
   const icu::Locale& names = namesLocal_ ? icu::Locale::getDefault() : icu::Locale::getUS();
+  dmdatetime_internal::FormatterCache& cache = dmdatetime_internal::ThreadFormatterCache();
+  const dmdatetime_internal::PatternKey key{Date, formatType_, separator_, twoDigitYear_, 0};
   icu::UnicodeString text;
-  if (dmdatetime_internal::FormatMillis(MakePattern(), names, seconds * 1000.0, text) !=
+  if (dmdatetime_internal::FormatMillis(
+          cache, key, names, [this] { return MakePattern(); }, seconds * 1000.0, text) !=
       DM_FORMAT_OK) {
     return DM_FORMAT_FAILED;
   }
@@ -184,7 +187,7 @@ int DMDateFormat::Format(const DMDatum& datum, ValueUnits units, std::string& ou
     // instead of failing it.
     static_cast<void>(timeFormat_->Format(DMDatum(seconds), UnitsSeconds, timeText));
   }
-  out = dmdatetime_internal::ThreadFormatterCache().Converter().ToUTF8(text);
+  out = cache.Converter().ToUTF8(text);
   if (!timeText.empty()) {
     out += ' ';
     out += timeText;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -51,25 +52,48 @@ inline constexpr double kMaxMillis = 183882168921600000.0;
   return formatter;
 }
 
+/// The settings a date or time format makes its pattern from. Equal settings
+/// make equal patterns, so formatters are found by these, and a pattern is
+/// only built when its formatter is.
+struct PatternKey {
+  DMFormat::FormatClass formatClass;
+  unsigned type;
+  DMFormat::UnitsSeparator separator;
+  // Two-digit year for dates, padded units for times.
+  bool flag;
+  // Fractional digits for times; 0 for dates.
+  unsigned decimals;
+};
+
+[[nodiscard]] inline bool operator==(const PatternKey& left, const PatternKey& right) {
+  return left.formatClass == right.formatClass && left.type == right.type &&
+         left.separator == right.separator && left.flag == right.flag &&
+         left.decimals == right.decimals;
+}
+
 /// The formatters of one thread, ready for reuse. Building a formatter and its
 /// calendar costs some twenty times what formatting one value does, so each
-/// is kept under everything its output depends on: the pattern, the locale of
-/// its names and the default locale its calendar was made for. A changed
-/// setting or a new default locale is then simply another key, and what comes
-/// out is always what a freshly built formatter would give. Per thread, so
-/// that format objects stay free of hidden shared state and copy as plain
-/// values.
+/// is kept under everything its output depends on: the settings that make its
+/// pattern, the locale of its names and the default locale its calendar was
+/// made for. A changed setting or a new default locale is then simply another
+/// key, and what comes out is always what a freshly built formatter would
+/// give. Per thread, so that format objects stay free of hidden shared state
+/// and copy as plain values.
 class FormatterCache {
  public:
-  /// The ready formatter for `pattern` with the names of `names`, built on
-  /// first use; null when ICU fails to build it (nothing is kept then). The
-  /// cache owns it; it stays valid until the next call on this cache.
-  [[nodiscard]] icu::SimpleDateFormat* Find(const std::string& pattern, const icu::Locale& names) {
+  /// The ready formatter for `key` with the names of `names`, built from the
+  /// pattern `makePattern()` returns on first use; null when ICU fails to
+  /// build it (nothing is kept then). The cache owns it; it stays valid until
+  /// the next call on this cache.
+  template <typename MakePattern>
+  [[nodiscard]] icu::SimpleDateFormat* Find(const PatternKey& key, const icu::Locale& names,
+                                            const MakePattern& makePattern) {
     const char* namesName = names.getName();
     const char* calendarName = icu::Locale::getDefault().getName();
     for (std::size_t i = 0; i < entries_.size(); ++i) {
       Entry& entry = entries_[i];
-      if (entry.pattern != pattern || entry.names != namesName || entry.calendar != calendarName) {
+      if (!(entry.key == key) || std::strcmp(entry.names.c_str(), namesName) != 0 ||
+          std::strcmp(entry.calendar.c_str(), calendarName) != 0) {
         continue;
       }
       // Most recently used first: the usual caller renders a column with
@@ -80,10 +104,10 @@ class FormatterCache {
       }
       return entries_.front().formatter.get();
     }
-    std::unique_ptr<icu::SimpleDateFormat> built = BuildFormatter(pattern, names);
+    std::unique_ptr<icu::SimpleDateFormat> built = BuildFormatter(makePattern(), names);
     if (built == nullptr) return nullptr;
     if (entries_.size() == kCapacity) entries_.pop_back();
-    entries_.insert(entries_.begin(), Entry{pattern, namesName, calendarName, std::move(built)});
+    entries_.insert(entries_.begin(), Entry{key, namesName, calendarName, std::move(built)});
     return entries_.front().formatter.get();
   }
 
@@ -94,7 +118,7 @@ class FormatterCache {
   static constexpr std::size_t kCapacity = 16;
 
   struct Entry {
-    std::string pattern;
+    PatternKey key;
     std::string names;
     std::string calendar;
     std::unique_ptr<icu::SimpleDateFormat> formatter;
@@ -110,14 +134,17 @@ inline FormatterCache& ThreadFormatterCache() {
   return cache;
 }
 
-/// Appends to `text` the instant `millis` formatted with `pattern` and the
-/// names of `names` on a GMT Gregorian calendar. Fails, leaving `text` as it
-/// was, when `millis` lies outside the calendar's span or ICU cannot build the
-/// formatter.
-[[nodiscard]] inline int FormatMillis(const std::string& pattern, const icu::Locale& names,
-                                      double millis, icu::UnicodeString& text) {
+/// Appends to `text` the instant `millis` formatted on a GMT Gregorian
+/// calendar with the names of `names` and the pattern that `key` stands for
+/// (`makePattern` builds it when `cache` has no formatter for it yet). Fails,
+/// leaving `text` as it was, when `millis` lies outside the calendar's span or
+/// ICU cannot build the formatter.
+template <typename MakePattern>
+[[nodiscard]] int FormatMillis(FormatterCache& cache, const PatternKey& key,
+                               const icu::Locale& names, const MakePattern& makePattern,
+                               double millis, icu::UnicodeString& text) {
   if (!WithinCalendarSpan(millis)) return DM_FORMAT_FAILED;
-  icu::SimpleDateFormat* formatter = ThreadFormatterCache().Find(pattern, names);
+  icu::SimpleDateFormat* formatter = cache.Find(key, names, makePattern);
   if (formatter == nullptr) return DM_FORMAT_FAILED;
   formatter->format(millis, text);
   return DM_FORMAT_OK;

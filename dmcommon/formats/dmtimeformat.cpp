@@ -40,6 +40,9 @@ static_assert(dmformat_internal::MapsBothWays(gFmtTypeDict));
 // from 0, while hours, minutes and seconds stay those of the duration.
 constexpr double kEpochJulianDayMillis = -210866803200000.0;
 
+// Only the duration counts days; the other types are times of day.
+constexpr bool IsDuration(DMTimeFormat::FormatType type) { return type == DMTimeFormat::D_H_M_S; }
+
 // Drops units from the end of a duration `width` cannot hold: the last
 // fractional digits, then the fraction with its point, then the seconds,
 // minutes and hours, each with the separator in front of it. Returns false
@@ -129,14 +132,19 @@ int DMTimeFormat::Format(const DMDatum& datum, ValueUnits units, std::string& ou
   if (units != UnitsSeconds || datum.GetType() != DMDatum::RealType || width_ == 0) {
     return DM_FORMAT_FAILED;
   }
-  bool duration = false;
-  const std::string pattern = MakePattern(duration);
+  const bool duration = IsDuration(formatType_);
   double millis = datum.GetReal() * 1000.0;
   if (duration) millis += kEpochJulianDayMillis;
+  dmdatetime_internal::FormatterCache& cache = dmdatetime_internal::ThreadFormatterCache();
+  const dmdatetime_internal::PatternKey key{Time, formatType_, separator_, paddedHMS_, decimals_};
+  const auto makePattern = [this] {
+    bool unused = false;
+    return MakePattern(unused);
+  };
   icu::UnicodeString text;
   // Times have no names, and English digits keep them the same everywhere.
-  if (dmdatetime_internal::FormatMillis(pattern, icu::Locale::getUS(), millis, text) !=
-      DM_FORMAT_OK) {
+  if (dmdatetime_internal::FormatMillis(cache, key, icu::Locale::getUS(), makePattern, millis,
+                                        text) != DM_FORMAT_OK) {
     return DM_FORMAT_FAILED;
   }
   if (width_ > 0) {
@@ -148,7 +156,7 @@ int DMTimeFormat::Format(const DMDatum& datum, ValueUnits units, std::string& ou
     }
     text.padLeading(width_, u' ');
   }
-  out = dmdatetime_internal::ThreadFormatterCache().Converter().ToUTF8(text);
+  out = cache.Converter().ToUTF8(text);
   return DM_FORMAT_OK;
 }
 
@@ -204,7 +212,7 @@ void DMTimeFormat::GetSeparator(UnitsSeparator& separator) const {
 bool DMTimeFormat::GetPaddedHMS() const { return width_ != 0 && paddedHMS_; }
 
 std::string DMTimeFormat::MakePattern(bool& duration) const {
-  duration = false;
+  duration = IsDuration(formatType_);
   std::string pattern;
   switch (formatType_) {
     case H_M:
@@ -218,7 +226,6 @@ std::string DMTimeFormat::MakePattern(bool& duration) const {
       SetTimePatt("ms", decimals_, paddedHMS_, separator_, pattern);
       break;
     case D_H_M_S:
-      duration = true;
       pattern = "g ";
       SetTimePatt("Hms", decimals_, paddedHMS_, separator_, pattern);
       break;

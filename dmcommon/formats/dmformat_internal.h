@@ -1,12 +1,15 @@
 #ifndef DMCOMMON_FORMATS_DMFORMAT_INTERNAL_H
 #define DMCOMMON_FORMATS_DMFORMAT_INTERNAL_H
 
-// Pieces of the XML form that several format classes share. Never installed.
+// Pieces of the XML form and of the rendering that several format classes
+// share. Never installed.
 
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include <unicode/unistr.h>
 
 #include "dmcommon/formats/dmformat.h"
 #include "dmcommon/values/dmenumdict.h"
@@ -100,6 +103,19 @@ std::unique_ptr<DmExtension::DMXMLWrapper> CreateElement(DmExtension::DMXMLWrapp
 /// parent refuses it, the element is destroyed and `created` stays as it was.
 void Publish(DmExtension::DMXMLWrapper& parent, std::unique_ptr<DmExtension::DMXMLWrapper> element,
              DmExtension::DMXMLWrapper*& created);
+
+/// `length` bytes of UTF-8 text as UTF-16, exactly as
+/// `DMPrintableUtil::DMUncConverter::ToUTF16` converts them. ASCII text, what
+/// printf and the fixed symbols produce, is widened without a converter, so
+/// the common case costs no more than a copy.
+icu::UnicodeString ToUTF16(const char* bytes, std::size_t length);
+/// `bytes` as UTF-16, as the overload above.
+icu::UnicodeString ToUTF16(const std::string& bytes);
+/// Replaces `out` with `text` as UTF-8, exactly as
+/// `DMPrintableUtil::DMUncConverter::ToUTF8` converts it (the empty text when
+/// ICU reports an error). ASCII text is narrowed without a converter and
+/// reuses the capacity of `out`.
+void ToUTF8(const icu::UnicodeString& text, std::string& out);
 
 }  // namespace dmformat_internal
 

@@ -3,10 +3,16 @@
 
 #include <string>
 
+#include <unicode/decimfmt.h>
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+
 #include "dmcommon/dmcommon_export.h"
 #include "dmcommon/formats/dmformat.h"
 #include "dmcommon/values/dmenumdict.h"
 #include "dmcommon/xml/vocabulary/xmlvocabulary.h"
+
+class DMDatum;
 
 namespace DmExtension {
 class DMXMLWrapper;
@@ -55,9 +61,10 @@ inline constexpr DMEnumDictEntry gUniSepDict[] = {
     {0, nullptr},
 };
 
-/// Reading and writing the attributes that the format classes share. Every
-/// operation returns `DM_FORMAT_OK` or `DM_FORMAT_FAILED` and never throws on
-/// bad content.
+/// Reading and writing the attributes that the format classes share, and the
+/// fixed-width number rendering that the number and decorated formats rest
+/// on. Every operation that returns a code returns `DM_FORMAT_OK` or
+/// `DM_FORMAT_FAILED` and never throws on bad content.
 class DMCOMMON_EXPORT DMFormatUtils {
  public:
   /// Not instantiable: every member is static.
@@ -120,6 +127,39 @@ class DMCOMMON_EXPORT DMFormatUtils {
   /// The text that stands between two units: ".", ",", " ", ":", "-" or "/";
   /// the empty text for `None`, `Local` and values outside the enumeration.
   static std::string MakeSeparatorStr(DMFormat::UnitsSeparator separator);
+
+  /// The widest field, in characters, that a number is rendered into: the
+  /// bound of the fixed print buffer of `EncodeStandard`, applied to every
+  /// number and decorated format alike, so that a width read from XML can
+  /// neither overflow a buffer nor ask for an absurd amount of padding.
+  static constexpr int kMaxNumberWidth = 512;
+  /// The width that `FormatStandard` prints into for a variable (negative)
+  /// width, before the padding is trimmed.
+  static constexpr int kVariableStandardWidth = 23;
+
+  /// `value` printed right-aligned into `width` characters with "%*.*f",
+  /// giving up decimals (from `decimals` down to none) before integer digits,
+  /// then falling back to "%*.*E" with as many digits as fit, then to "*"
+  /// when not even that fits. Negative `decimals` go straight to the
+  /// exponent form. Not-a-number and infinities come out in
+  /// the exponent form's spelling ("NAN", "INF", "-INF", padded) or as "*".
+  /// A `width` above `kMaxNumberWidth` gives the empty string.
+  static std::string EncodeStandard(double value, int width, int decimals);
+  /// Renders a number datum into `out` in `width` characters (a negative
+  /// width: in `kVariableStandardWidth` characters, then trimmed) with
+  /// `decimals` decimals as `EncodeStandard` does, then puts in the decimal
+  /// symbol and, where the left padding has room for them, the group
+  /// separators (a `Local` symbol is the default locale's). "*" stands for a
+  /// number that does not fit. Fails with `out` empty for width 0, a width
+  /// above `kMaxNumberWidth`, a null or text datum, or when the default
+  /// locale's symbols cannot be had for a `Local` symbol.
+  static int FormatStandard(const DMDatum& datum, icu::UnicodeString& out, int width,
+                            unsigned decimals, DMFormat::DecimalSymbol decimalSymbol,
+                            DMFormat::GroupingSymbol groupingSymbol);
+  /// A new ICU number formatter for `locale` (the default locale when null),
+  /// owned by the caller; null when ICU cannot make one or makes one that is
+  /// not a `DecimalFormat` (a locale that numbers by rules, for instance).
+  static icu::DecimalFormat* MakeDecimalFormat(const icu::Locale* locale);
 };
 
 #endif  // DMCOMMON_FORMATS_DMFORMATUTILS_H

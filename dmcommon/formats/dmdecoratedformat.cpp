@@ -4,7 +4,10 @@
 #include <string>
 #include <utility>
 
+#include <unicode/unistr.h>
+
 #include "dmcommon/formats/dmformat_internal.h"
+#include "dmcommon/formats/dmformatutils.h"
 #include "dmcommon/values/dmdatum.h"
 #include "dmcommon/values/dmenumdict.h"
 #include "dmcommon/xml/dmxmlwrapper.h"
@@ -174,11 +177,42 @@ DMFormat::Alignment DMDecoratedFormat::GetAlignment() const { return alignment_;
 
 const std::string& DMDecoratedFormat::GetName() const { return name_; }
 
-int DMDecoratedFormat::Format(const DMDatum& /*datum*/, ValueUnits /*units*/,
-                              std::string& out) const {
-  // Rendering is not part of the library yet: every datum is refused.
+int DMDecoratedFormat::Format(const DMDatum& datum, ValueUnits /*units*/, std::string& out) const {
   out.clear();
-  return DM_FORMAT_FAILED;
+  if (datum.IsNull()) {
+    out = ".";
+    return DM_FORMAT_OK;
+  }
+  if (datum.GetType() == DMDatum::StringType || width_ == 0) return DM_FORMAT_FAILED;
+  icu::UnicodeString number;
+  if (int rc = DMFormatUtils::FormatStandard(datum, number, width_, decimals_, decimalSymbol_,
+                                             groupingSymbol_);
+      rc != DM_FORMAT_OK) {
+    return rc;
+  }
+  number.trim();
+  // The sign is read from the text, so that a value that shows as "-0.00"
+  // is dressed as negative, as it reads.
+  const bool negative = number.startsWith(icu::UnicodeString(u'-'));
+  if (negative) number.remove(0, 1);
+  icu::UnicodeString leading = dmformat_internal::ToUTF16(prefix_);
+  icu::UnicodeString trailing = dmformat_internal::ToUTF16(suffix_);
+  if (negative) {
+    leading.insert(0, dmformat_internal::ToUTF16(negPrefix_));
+    trailing.append(dmformat_internal::ToUTF16(negSuffix_));
+  }
+  icu::UnicodeString text;
+  // A fixed width keeps the number and gives up the affixes; a variable one
+  // always has room.
+  if (width_ > 0 && leading.length() + number.length() + trailing.length() > width_) {
+    if (negative) text.append(u'-');
+    text.append(number);
+  } else {
+    text.append(leading).append(number).append(trailing);
+  }
+  if (width_ > 0) text.padLeading(width_, u' ');
+  dmformat_internal::ToUTF8(text, out);
+  return DM_FORMAT_OK;
 }
 
 void DMDecoratedFormat::AddToTree(DMXMLWrapper& parent, DMXMLWrapper*& created) const {

@@ -46,7 +46,16 @@ class DMCOMMON_EXPORT DMDecoratedFormat : public DMFormat {
   Alignment GetAlignment() const override;
   /// The name as stored.
   const std::string& GetName() const override;
-  /// Not available yet: clears `out` and returns `DM_FORMAT_FAILED`.
+  /// Renders a number datum into `out` as UTF-8 (`units` plays no part): the
+  /// number as `DMFormatUtils::FormatStandard` renders it, trimmed, between
+  /// the prefix and the suffix, or for a negative number (one shown with a
+  /// leading "-") without its sign between negative prefix + prefix and
+  /// suffix + negative suffix. When that is wider than a fixed width the
+  /// affixes are left out and only the number is shown, with its "-". A
+  /// positive width pads on the left. The format type and the currency id
+  /// change nothing: "%" and currency signs come from the affixes. A null
+  /// datum gives "." and succeeds. Fails with `out` empty for a text datum,
+  /// width 0, or whatever `FormatStandard` refuses.
   int Format(const DMDatum& datum, ValueUnits units, std::string& out) const override;
   /// Writes a `DecoratedFormat` element with name, width, alignment, decimal
   /// symbol, grouping symbol, decimal places, format type (`Percentage` for

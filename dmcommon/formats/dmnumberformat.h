@@ -1,6 +1,7 @@
 #ifndef DMCOMMON_FORMATS_DMNUMBERFORMAT_H
 #define DMCOMMON_FORMATS_DMNUMBERFORMAT_H
 
+#include <memory>
 #include <string>
 
 #include "dmcommon/dmcommon_export.h"
@@ -36,9 +37,10 @@ class DMCOMMON_EXPORT DMNumberFormat : public DMFormat {
   /// attribute, a width of 0 or negative decimals give the default, invalid
   /// format.
   explicit DMNumberFormat(const DmExtension::DMXMLWrapper& element);
-  /// A copy of `other`.
+  /// A copy of `other`. The copy builds its own ICU formatter when it needs
+  /// one; it never shares that of `other`.
   DMNumberFormat(const DMNumberFormat& other);
-  /// Makes this format a copy of `other`.
+  /// Makes this format a copy of `other`, keeping its own ICU formatter.
   DMNumberFormat& operator=(const DMNumberFormat& other);
   /// Destroys the format.
   ~DMNumberFormat() override;
@@ -53,7 +55,18 @@ class DMCOMMON_EXPORT DMNumberFormat : public DMFormat {
   Alignment GetAlignment() const override;
   /// The name as stored.
   const std::string& GetName() const override;
-  /// Not available yet: clears `out` and returns `DM_FORMAT_FAILED`.
+  /// Renders a number datum into `out` as UTF-8 (`units` plays no part). A
+  /// null datum gives "." and succeeds. `Scientific` goes through an ICU
+  /// formatter (US symbols for `Period`, German ones for `Comma`, the
+  /// default locale's for `Local`) with one integer digit, the decimals, at
+  /// least three exponent digits and the exponent's sign always shown,
+  /// padded on the left to a positive width; every other type renders as
+  /// `DMFormatUtils::FormatStandard` does. Fails with `out` empty for a text
+  /// datum, width 0, a width above `DMFormatUtils::kMaxNumberWidth`, or when
+  /// ICU gives no formatter or symbols. The scientific formatter is built on
+  /// first use and kept until the settings or, for `Local`, the default
+  /// locale change; so, like every format, one object is used by one thread
+  /// at a time.
   int Format(const DMDatum& datum, ValueUnits units, std::string& out) const override;
   /// Writes a `NumberFormat` element with name, width, alignment, decimal
   /// symbol, grouping symbol, decimal places and format type (an unknown type
@@ -83,6 +96,13 @@ class DMCOMMON_EXPORT DMNumberFormat : public DMFormat {
   void GetSeparators(DecimalSymbol& decimalSymbol, GroupingSymbol& groupingSymbol) const;
 
  private:
+  // The ICU formatter of the scientific type with the settings it was built
+  // for. Defined in the .cpp, so that ICU's formatter classes stay out of
+  // this header.
+  struct ScientificCache;
+
+  [[nodiscard]] int FormatScientific(double value, std::string& out) const;
+
   FormatType formatType_;
   int width_;
   Alignment alignment_;
@@ -90,6 +110,9 @@ class DMCOMMON_EXPORT DMNumberFormat : public DMFormat {
   unsigned decimals_;
   DecimalSymbol decimalSymbol_;
   GroupingSymbol groupingSymbol_;
+  // Rendering state, not part of the format's value: copies start without
+  // it, and `Format` rebuilds it when it no longer fits the settings.
+  mutable std::unique_ptr<ScientificCache> scientific_;
 };
 
 #endif  // DMCOMMON_FORMATS_DMNUMBERFORMAT_H

@@ -54,10 +54,19 @@ DMFormat::Alignment DMStringFormat::GetAlignment() const { return alignment_; }
 
 const std::string& DMStringFormat::GetName() const { return name_; }
 
-int DMStringFormat::Format(const DMDatum& /*datum*/, ValueUnits /*units*/, std::string& out) const {
-  // Rendering is not part of the library yet: every datum is refused.
+int DMStringFormat::Format(const DMDatum& datum, ValueUnits /*units*/, std::string& out) const {
   out.clear();
-  return DM_FORMAT_FAILED;
+  if (width_ < 0) {
+    if (datum.IsNull()) return DM_FORMAT_OK;
+    if (datum.GetType() != DMDatum::StringType || datum.GetString() == nullptr) {
+      return DM_FORMAT_FAILED;
+    }
+    out = datum.GetString();
+    return DM_FORMAT_OK;
+  }
+  // Fixed-width text is refused on purpose: callers lay out fixed columns of
+  // text themselves; the invalid width 0 renders nothing, successfully.
+  return width_ == 0 ? DM_FORMAT_OK : DM_FORMAT_FAILED;
 }
 
 void DMStringFormat::AddToTree(DMXMLWrapper& parent, DMXMLWrapper*& created) const {

@@ -36,7 +36,11 @@ class DMCOMMON_EXPORT DMStringFormat : public DMFormat {
   Alignment GetAlignment() const override;
   /// The name as stored.
   const std::string& GetName() const override;
-  /// Not available yet: clears `out` and returns `DM_FORMAT_FAILED`.
+  /// Renders a datum into `out` (`units` plays no part). Only a variable
+  /// (negative) width renders: a text datum as it is, a null datum as the
+  /// empty text; any other datum fails. Width 0 succeeds with the empty
+  /// text; a fixed width fails with `out` empty. The hexadecimal flag is not
+  /// applied here.
   int Format(const DMDatum& datum, ValueUnits units, std::string& out) const override;
   /// Writes a `StringFormat` element with name, width, alignment and the
   /// hexadecimal flag. An invalid format writes nothing; `created` is then

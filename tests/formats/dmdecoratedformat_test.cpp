@@ -6,6 +6,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <unicode/locid.h>
+#include <unicode/utypes.h>
 
 #include "dmcommon/formats/dmformat.h"
 #include "dmcommon/values/dmdatum.h"
@@ -219,10 +221,16 @@ TEST(DMDecoratedFormatTest, CopiesAssignmentAndCloneKeepEveryField) {
   ExpectSameDecoratedFormat(original, *clone);
 }
 
-TEST(DMDecoratedFormatTest, FormatRefusesEveryDatumForNow) {
+TEST(DMDecoratedFormatTest, FormatWrapsANegativeSampleInBothPairsOfAffixes) {
+  // The sample's decimal symbol is the default locale's.
+  const icu::Locale saved = icu::Locale::getDefault();
+  UErrorCode status = U_ZERO_ERROR;
+  icu::Locale::setDefault(icu::Locale::getGermany(), status);
+  ASSERT_TRUE(U_SUCCESS(status));
   std::string out = "stale";
-  EXPECT_NE(Sample().Format(DMDatum(-12.5), DMFormat::UnitsNone, out), DM_FORMAT_OK);
-  EXPECT_EQ(out, "");
+  EXPECT_EQ(Sample().Format(DMDatum(-12.5), DMFormat::UnitsNone, out), DM_FORMAT_OK);
+  EXPECT_EQ(out, " (EUR 12,50 %)");
+  icu::Locale::setDefault(saved, status);
 }
 
 // ---------------------------------------------------------------------------

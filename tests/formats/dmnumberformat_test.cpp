@@ -157,11 +157,11 @@ TEST(DMNumberFormatTest, CopiesAssignmentAndCloneKeepEveryField) {
   EXPECT_EQ(base->GetName(), "price");
 }
 
-TEST(DMNumberFormatTest, FormatRefusesEveryDatumForNow) {
+TEST(DMNumberFormatTest, FormatRendersTheSampleInScientificFormWithGermanSymbols) {
   const DMNumberFormat format = Sample();
   std::string out = "stale";
-  EXPECT_NE(format.Format(DMDatum(12.5), DMFormat::UnitsNone, out), DM_FORMAT_OK);
-  EXPECT_EQ(out, "");
+  EXPECT_EQ(format.Format(DMDatum(12.5), DMFormat::UnitsNone, out), DM_FORMAT_OK);
+  EXPECT_EQ(out, "  1,250E+001");
 }
 
 // ---------------------------------------------------------------------------

@@ -88,10 +88,12 @@ TEST(DMStringFormatTest, CopiesAssignmentAndCloneKeepEveryField) {
   ExpectSameStringFormat(original, *clone);
 }
 
-TEST(DMStringFormatTest, FormatRefusesEveryDatumForNow) {
+TEST(DMStringFormatTest, FormatShowsTextOnlyInVariableWidth) {
   std::string out = "stale";
-  EXPECT_NE(DMStringFormat(-1, false).Format(DMDatum("text"), DMFormat::UnitsNone, out),
+  EXPECT_EQ(DMStringFormat(-1, false).Format(DMDatum("text"), DMFormat::UnitsNone, out),
             DM_FORMAT_OK);
+  EXPECT_EQ(out, "text");
+  EXPECT_NE(Sample().Format(DMDatum("text"), DMFormat::UnitsNone, out), DM_FORMAT_OK);
   EXPECT_EQ(out, "");
 }
 

@@ -35,6 +35,11 @@
 #include "dmcommon/formats/dmstringformat.h"
 #include "dmcommon/formats/dmtimeformat.h"
 
+// Summaries: the read-only objects of a dataset-summary document.
+#include "dmcommon/summaries/dmdatasetsummaries.h"
+#include "dmcommon/summaries/dmdistributionsummary.h"
+#include "dmcommon/summaries/dmstatisticsext.h"
+
 // Printables: the UTF-8/UTF-16 converter used by all rendering.
 #include "dmcommon/printable/dmuncconverter.h"
 

@@ -40,6 +40,11 @@ static_assert(dmformat_internal::MapsBothWays(gFmtTypeDict));
 // from 0, while hours, minutes and seconds stay those of the duration.
 constexpr double kEpochJulianDayMillis = -210866803200000.0;
 
+// ICU shows at most 13 fractional digits however many letters ask for more,
+// so letters beyond this change nothing but the pattern's size; decimals read
+// from a document could otherwise ask for gigabytes.
+constexpr unsigned kMaxFractionLetters = 64;
+
 // Only the duration counts days; the other types are times of day.
 constexpr bool IsDuration(DMTimeFormat::FormatType type) { return type == DMTimeFormat::D_H_M_S; }
 
@@ -242,6 +247,6 @@ void DMTimeFormat::SetTimePatt(std::string_view letters, unsigned fractionDigits
   }
   if (fractionDigits > 0) {
     pattern += '.';
-    pattern.append(fractionDigits, 'S');
+    pattern.append(std::min(fractionDigits, kMaxFractionLetters), 'S');
   }
 }

@@ -98,7 +98,8 @@ class DMCOMMON_EXPORT DMTimeFormat : public DMFormat {
   /// Appends to `pattern` one field per letter of `letters` (H, m or s), each
   /// written twice when `padded`, else once, with the text of `separator`
   /// between two fields (nothing for `None` and `Local`), then "." and
-  /// `fractionDigits` letters S when `fractionDigits` is above 0.
+  /// `fractionDigits` letters S when `fractionDigits` is above 0, at most 64
+  /// of them (ICU shows no more than 13 fractional digits).
   static void SetTimePatt(std::string_view letters, unsigned fractionDigits, bool padded,
                           UnitsSeparator separator, std::string& pattern);
 

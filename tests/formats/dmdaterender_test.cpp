@@ -248,6 +248,12 @@ TEST(DMTimePatternBuilderTest, WritesEachLetterTwiceWhenPaddedThenTheFraction) {
   EXPECT_EQ(pattern, "HH/mm/ss.SSS");
 }
 
+TEST(DMTimePatternBuilderTest, WritesAtMostSixtyFourFractionLetters) {
+  std::string pattern;
+  DMTimeFormat::SetTimePatt("s", 4000000000u, true, UnitsSeparator::Colon, pattern);
+  EXPECT_EQ(pattern, "ss." + std::string(64, 'S'));
+}
+
 TEST(DMTimePatternBuilderTest, WritesEachLetterOnceWhenNotPaddedAndNoFractionForZero) {
   std::string pattern = "g ";
   DMTimeFormat::SetTimePatt("Hm", 0, false, UnitsSeparator::Comma, pattern);
@@ -635,6 +641,8 @@ constexpr TimeRow kTimes[] = {
     {DMTimeFormat::H_M_S, 13, 4, UnitsSeparator::Colon, true, 45296.75, "12:34:56.7500"},
     // ICU shows at most 13 fractional digits however many are asked for.
     {DMTimeFormat::H_M_S, -1, 20, UnitsSeparator::Colon, true, 45296.75, "12:34:56.7500000000000"},
+    {DMTimeFormat::H_M_S, -1, 4000000000u, UnitsSeparator::Colon, true, 45296.75,
+     "12:34:56.7500000000000"},
     {DMTimeFormat::H_M_S, -1, 1, UnitsSeparator::Period, false, 3723.5, "1.2.3.5"},
     {DMTimeFormat::H_M_S, 10, 0, UnitsSeparator::Colon, false, 3723.0, "     1:2:3"},
     {DMTimeFormat::H_M_S, 8, 0, UnitsSeparator::Space, true, 3723.0, "01 02 03"},

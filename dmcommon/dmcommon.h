@@ -43,4 +43,8 @@
 // Printables: the UTF-8/UTF-16 converter used by all rendering.
 #include "dmcommon/printable/dmuncconverter.h"
 
+// Statistics: categorical frequency tables and continuous summary statistics.
+#include "dmcommon/stats/dmcatstatsimp.h"
+#include "dmcommon/stats/dmcontstats.h"
+
 #endif  // DMCOMMON_DMCOMMON_H

@@ -158,7 +158,7 @@ const std::string& DMDateFormat::GetName() const { return name_; }
 int DMDateFormat::Format(const DMDatum& datum, ValueUnits units, std::string& out) const {
   out.clear();
   if (datum.IsNull()) {
-    out = ".";
+    out.push_back('.');
     return DM_FORMAT_OK;
   }
   if (units == UnitsNone || datum.GetType() != DMDatum::RealType || width_ == 0) {

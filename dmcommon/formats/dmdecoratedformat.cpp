@@ -180,7 +180,7 @@ const std::string& DMDecoratedFormat::GetName() const { return name_; }
 int DMDecoratedFormat::Format(const DMDatum& datum, ValueUnits /*units*/, std::string& out) const {
   out.clear();
   if (datum.IsNull()) {
-    out = ".";
+    out.push_back('.');
     return DM_FORMAT_OK;
   }
   if (datum.GetType() == DMDatum::StringType || width_ == 0) return DM_FORMAT_FAILED;

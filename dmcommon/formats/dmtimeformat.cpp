@@ -131,7 +131,7 @@ const std::string& DMTimeFormat::GetName() const { return name_; }
 int DMTimeFormat::Format(const DMDatum& datum, ValueUnits units, std::string& out) const {
   out.clear();
   if (datum.IsNull()) {
-    out = ".";
+    out.push_back('.');
     return DM_FORMAT_OK;
   }
   if (units != UnitsSeconds || datum.GetType() != DMDatum::RealType || width_ == 0) {

@@ -1,0 +1,1 @@
+#include "dmcommon/fields/dmgeo.h"

@@ -1,1 +1,372 @@
 #include "dmcommon/fields/dmfield.h"
+
+#include <utility>
+
+#include "dmcommon/formats/dmformat.h"
+#include "dmcommon/stats/dmcatstatsimp.h"
+#include "dmcommon/stats/dmcontstats.h"
+
+namespace {
+
+bool IsCategorical(DMField::FieldType type) {
+  switch (type) {
+    case DMField::FieldType::Nominal:
+    case DMField::FieldType::Ordinal:
+    case DMField::FieldType::Flag:
+    case DMField::FieldType::Discrete:
+      return true;
+    case DMField::FieldType::Continuous:
+    case DMField::FieldType::Typeless:
+    case DMField::FieldType::Unknown:
+      return false;
+  }
+  return false;
+}
+
+// Both limits null: the range says nothing.
+bool HasNoLimits(const DMRange& range) {
+  const auto [lower, upper] = range.GetLimits();
+  return lower.IsNull() && upper.IsNull();
+}
+
+// Both limits set, of one type, the lower above the upper. Such a range is
+// empty everywhere in the library (it is never written), so the setters take
+// it whatever the storage. Reals count a not-a-number limit as reversed. Texts
+// count as reversed only when their first differing bytes differ by exactly
+// 1: larger differences do not, which is intended and kept, since documents
+// written so far depend on which ranges were taken as empty.
+bool IsReversed(const DMRange& range) {
+  const auto [lower, upper] = range.GetLimits();
+  if (lower.IsNull() || upper.IsNull() || lower.GetType() != upper.GetType()) return false;
+  switch (lower.GetType()) {
+    case DMDatum::IntegerType:
+      return lower.GetInteger() > upper.GetInteger();
+    case DMDatum::RealType:
+      return !(upper.GetReal() > lower.GetReal()) && lower.GetReal() != upper.GetReal();
+    case DMDatum::StringType:
+      return lower.Compare(upper) == 1;
+  }
+  return false;
+}
+
+}  // namespace
+
+DMField::DMField()
+    : type_(FieldType::Unknown),
+      storage_(StorageType::Unknown),
+      role_(RoleType::None),
+      structure_(StructureType::Primitive),
+      structureStorage_(StorageType::Unknown),
+      maxStringLength_(0),
+      depth_(-1),
+      elementCount_(-1) {}
+
+DMField::DMField(const std::string& name, FieldType type, StorageType storage, RoleType role)
+    : name_(name),
+      type_(type),
+      storage_(storage),
+      role_(role),
+      structure_(StructureType::Primitive),
+      structureStorage_(StorageType::Unknown),
+      maxStringLength_(0),
+      depth_(-1),
+      elementCount_(-1) {}
+
+DMField::DMField(const DMField& other)
+    : name_(other.name_),
+      type_(other.type_),
+      storage_(other.storage_),
+      role_(other.role_),
+      structure_(other.structure_),
+      structureStorage_(other.structureStorage_),
+      subRole_(other.subRole_),
+      maxStringLength_(other.maxStringLength_),
+      depth_(other.depth_),
+      elementCount_(other.elementCount_),
+      label_(other.label_),
+      range_(other.range_),
+      values_(other.values_),
+      missingValues_(other.missingValues_),
+      valueLabels_(other.valueLabels_),
+      formatReference_(other.formatReference_),
+      privateFormat_(other.privateFormat_ ? other.privateFormat_->Clone() : nullptr),
+      catStats_(other.catStats_ ? other.catStats_->Clone() : nullptr),
+      contStats_(other.contStats_ ? other.contStats_->Clone() : nullptr),
+      baseField_(other.baseField_ ? std::make_unique<DMField>(*other.baseField_) : nullptr) {}
+
+DMField& DMField::operator=(const DMField& other) {
+  if (this == &other) return *this;
+  // Copy before releasing anything: `other` may be this field's own base
+  // field, which the release would destroy.
+  DMField copy(other);
+  name_ = std::move(copy.name_);
+  type_ = copy.type_;
+  storage_ = copy.storage_;
+  role_ = copy.role_;
+  structure_ = copy.structure_;
+  structureStorage_ = copy.structureStorage_;
+  subRole_ = std::move(copy.subRole_);
+  maxStringLength_ = copy.maxStringLength_;
+  depth_ = copy.depth_;
+  elementCount_ = copy.elementCount_;
+  label_ = std::move(copy.label_);
+  range_ = copy.range_;
+  values_ = std::move(copy.values_);
+  missingValues_ = copy.missingValues_;
+  valueLabels_ = std::move(copy.valueLabels_);
+  formatReference_ = std::move(copy.formatReference_);
+  privateFormat_ = std::move(copy.privateFormat_);
+  catStats_ = std::move(copy.catStats_);
+  contStats_ = std::move(copy.contStats_);
+  baseField_ = std::move(copy.baseField_);
+  return *this;
+}
+
+DMField::~DMField() = default;
+
+std::string DMField::GetName() const { return name_; }
+DMField::FieldType DMField::GetType() const { return type_; }
+DMField::StorageType DMField::GetStorage() const { return storage_; }
+DMField::RoleType DMField::GetRole() const { return role_; }
+std::string DMField::GetSubRole() const { return subRole_; }
+unsigned int DMField::GetMaxStringLength() const { return maxStringLength_; }
+const DMRange& DMField::GetRange() const { return range_; }
+const std::vector<DMValue>& DMField::GetValues() const { return values_; }
+const std::string& DMField::GetLabel() const { return label_; }
+const DMMissingValues& DMField::GetMissingValues() const { return missingValues_; }
+const std::vector<DMValue>& DMField::GetValueLabels() const { return valueLabels_; }
+const DMFormat* DMField::GetPrivateFormat() const { return privateFormat_.get(); }
+std::string DMField::GetFormatReference() const { return formatReference_; }
+const DMCatStats* DMField::GetCatStats() const { return catStats_.get(); }
+const DMContStats* DMField::GetContStats() const { return contStats_.get(); }
+const DMField* DMField::GetBaseField() const { return baseField_.get(); }
+DMField::StructureType DMField::GetStructure() const { return structure_; }
+DMField::StorageType DMField::GetStructureStorage() const { return structureStorage_; }
+int DMField::GetDepth() const { return depth_; }
+int DMField::GetElementCount() const { return elementCount_; }
+
+void DMField::SetName(const std::string& name) {
+  // An unnamed field stays unnamed here on purpose: the metadata container
+  // takes an empty name as the mark of a field that failed to read, and such
+  // a field must not be revived piecemeal.
+  if (name_.empty()) return;
+  name_ = name;
+}
+
+void DMField::SetRole(RoleType role) {
+  if (name_.empty()) return;
+  role_ = role;
+}
+
+void DMField::SetSubRole(const std::string& subRole) {
+  if (name_.empty()) return;
+  subRole_ = subRole;
+}
+
+// No name test in the next two: callers set them on fields they are still
+// building, before the name is known.
+void DMField::SetMaxStringLength(unsigned int length) { maxStringLength_ = length; }
+
+void DMField::SetLabel(const std::string& label) { label_ = label; }
+
+void DMField::SetRange(const DMRange& range) {
+  if (name_.empty() || type_ != FieldType::Continuous) return;
+  if (HasNoLimits(range) || IsReversed(range)) {
+    range_ = range;
+    return;
+  }
+  // A range open below has a null lower limit; its type decides all the same.
+  if (!StorageMatches(range.GetLimits().first)) return;
+  range_ = range;
+}
+
+void DMField::SetValues(const std::vector<DMValue>& values) {
+  if (name_.empty() || !IsCategorical(type_)) return;
+  for (const DMValue& value : values) {
+    if (value.GetDatum().IsNull() || !StorageMatches(value.GetDatum())) return;
+  }
+  values_ = values;
+}
+
+void DMField::SetMissingValues(const DMMissingValues& missingValues) {
+  if (name_.empty() || !missingValues.IsValid()) return;
+  const DMRange& range = missingValues.GetMissingRange();
+  if (HasNoLimits(range) || IsReversed(range)) {
+    const std::vector<DMValue>& list = missingValues.GetMissingValueList();
+    if (!list.empty() && !StorageMatches(list.front().GetDatum())) return;
+  } else if (!StorageMatches(range.GetLimits().first)) {
+    return;
+  }
+  missingValues_ = missingValues;
+}
+
+void DMField::SetValueLabels(const std::vector<DMValue>& valueLabels) {
+  if (name_.empty()) return;
+  for (const DMValue& value : valueLabels) {
+    if (value.GetDatum().IsNull() || !StorageMatches(value.GetDatum())) return;
+  }
+  valueLabels_ = valueLabels;
+}
+
+bool DMField::SetPrivateFormat(const DMFormat* format) {
+  if (name_.empty()) return false;
+  if (format == nullptr) {
+    privateFormat_.reset();
+    return true;
+  }
+  if (!MatchesFormat(storage_, *format)) return false;
+  privateFormat_.reset(format->Clone());
+  formatReference_.clear();
+  return true;
+}
+
+bool DMField::SetFormatReference(const std::string& name) {
+  if (name_.empty()) return false;
+  if (name.empty()) {
+    // Only the reference goes: a private format set meanwhile stays in use.
+    formatReference_.clear();
+    return true;
+  }
+  formatReference_ = name;
+  privateFormat_.reset();
+  return true;
+}
+
+bool DMField::SetFieldType(FieldType type) {
+  if (name_.empty()) return false;
+  switch (type) {
+    case FieldType::Continuous:
+      values_.clear();
+      catStats_.reset();
+      break;
+    case FieldType::Nominal:
+    case FieldType::Ordinal:
+    case FieldType::Flag:
+    case FieldType::Discrete:
+      range_ = DMRange();
+      contStats_.reset();
+      break;
+    case FieldType::Typeless:
+    case FieldType::Unknown:
+      range_ = DMRange();
+      values_.clear();
+      catStats_.reset();
+      contStats_.reset();
+      break;
+  }
+  type_ = type;
+  return true;
+}
+
+bool DMField::SetSumStats(const DMCatStats* stats) {
+  if (name_.empty() || !IsCategorical(type_)) return false;
+  if (stats == nullptr) {
+    catStats_.reset();
+    return true;
+  }
+  bool suits = false;
+  switch (storage_) {
+    case StorageType::Integer:
+      suits = dynamic_cast<const DMCatStatsInt*>(stats) != nullptr;
+      break;
+    case StorageType::Real:
+    case StorageType::Date:
+    case StorageType::Time:
+    case StorageType::Timestamp:
+      suits = dynamic_cast<const DMCatStatsDbl*>(stats) != nullptr;
+      break;
+    case StorageType::String:
+      suits = dynamic_cast<const DMCatStatsStr*>(stats) != nullptr;
+      break;
+    case StorageType::Unknown:
+      break;
+  }
+  if (!suits) return false;
+  catStats_.reset(stats->Clone());
+  return true;
+}
+
+bool DMField::SetSumStats(const DMContStats* stats) {
+  if (name_.empty() || type_ != FieldType::Continuous) return false;
+  if (stats == nullptr) {
+    contStats_.reset();
+    return true;
+  }
+  bool suits = false;
+  switch (storage_) {
+    case StorageType::Integer:
+      suits = dynamic_cast<const DMContStatsInt*>(stats) != nullptr;
+      break;
+    case StorageType::Real:
+    case StorageType::Date:
+    case StorageType::Time:
+    case StorageType::Timestamp:
+      suits = dynamic_cast<const DMContStatsDbl*>(stats) != nullptr;
+      break;
+    case StorageType::Unknown:
+    case StorageType::String:
+      break;
+  }
+  if (!suits) return false;
+  contStats_.reset(stats->Clone());
+  return true;
+}
+
+void DMField::SetBaseField(const DMField& baseField) {
+  if (name_.empty() || baseField.baseField_ != nullptr) return;
+  // Copied before the old one goes: `baseField` may be that very object.
+  auto copy = std::make_unique<DMField>(baseField);
+  baseField_ = std::move(copy);
+}
+
+void DMField::SetStructure(StructureType structure) {
+  if (name_.empty()) return;
+  structure_ = structure;
+}
+
+void DMField::SetStructureStorage(StorageType storage) {
+  if (name_.empty()) return;
+  structureStorage_ = storage;
+}
+
+void DMField::SetDepth(int depth) {
+  if (name_.empty()) return;
+  depth_ = depth;
+}
+
+void DMField::SetElementCount(int count) {
+  if (name_.empty()) return;
+  elementCount_ = count;
+}
+
+bool DMField::StorageMatches(const DMDatum& datum) const {
+  switch (datum.GetType()) {
+    case DMDatum::IntegerType:
+      return storage_ == StorageType::Integer;
+    case DMDatum::RealType:
+      return storage_ == StorageType::Real || storage_ == StorageType::Date ||
+             storage_ == StorageType::Time || storage_ == StorageType::Timestamp;
+    case DMDatum::StringType:
+      return storage_ == StorageType::String;
+  }
+  return false;
+}
+
+bool DMField::MatchesFormat(StorageType storage, const DMFormat& format) {
+  const DMFormat::FormatClass formatClass = format.GetFormatClass();
+  switch (storage) {
+    case StorageType::Integer:
+    case StorageType::Real:
+      return formatClass == DMFormat::Number || formatClass == DMFormat::Decorated;
+    case StorageType::String:
+      return formatClass == DMFormat::String;
+    case StorageType::Date:
+    case StorageType::Timestamp:
+      return formatClass == DMFormat::Date;
+    case StorageType::Time:
+      return formatClass == DMFormat::Time;
+    case StorageType::Unknown:
+      return false;
+  }
+  return false;
+}

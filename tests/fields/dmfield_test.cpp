@@ -1,1 +1,804 @@
-// Placeholder: the tests of this file arrive with the code they test.
+#include "dmcommon/fields/dmfield.h"
+
+#include <initializer_list>
+#include <limits>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "dmcommon/formats/dmdateformat.h"
+#include "dmcommon/formats/dmdecoratedformat.h"
+#include "dmcommon/formats/dmformat.h"
+#include "dmcommon/formats/dmnumberformat.h"
+#include "dmcommon/formats/dmstringformat.h"
+#include "dmcommon/formats/dmtimeformat.h"
+#include "dmcommon/stats/dmcatstatsimp.h"
+#include "dmcommon/stats/dmcontstats.h"
+#include "dmcommon/values/dmdatum.h"
+#include "dmcommon/values/dmenumdict.h"
+#include "dmcommon/values/dmmissingvalues.h"
+#include "dmcommon/values/dmrange.h"
+#include "dmcommon/values/dmvalue.h"
+
+namespace {
+
+using Storage = DMField::StorageType;
+using Type = DMField::FieldType;
+using Role = DMField::RoleType;
+using Structure = DMField::StructureType;
+
+// The enumerations' numbers are part of the interface.
+static_assert(static_cast<unsigned>(Storage::Unknown) == 0);
+static_assert(static_cast<unsigned>(Storage::Integer) == 1);
+static_assert(static_cast<unsigned>(Storage::Real) == 2);
+static_assert(static_cast<unsigned>(Storage::String) == 3);
+static_assert(static_cast<unsigned>(Storage::Date) == 4);
+static_assert(static_cast<unsigned>(Storage::Time) == 5);
+static_assert(static_cast<unsigned>(Storage::Timestamp) == 6);
+static_assert(static_cast<unsigned>(Type::Continuous) == 0);
+static_assert(static_cast<unsigned>(Type::Nominal) == 1);
+static_assert(static_cast<unsigned>(Type::Ordinal) == 2);
+static_assert(static_cast<unsigned>(Type::Flag) == 3);
+static_assert(static_cast<unsigned>(Type::Discrete) == 4);
+static_assert(static_cast<unsigned>(Type::Typeless) == 5);
+static_assert(static_cast<unsigned>(Type::Unknown) == 6);
+static_assert(static_cast<unsigned>(Role::Input) == 0);
+static_assert(static_cast<unsigned>(Role::Target) == 1);
+static_assert(static_cast<unsigned>(Role::Both) == 2);
+static_assert(static_cast<unsigned>(Role::Partition) == 3);
+static_assert(static_cast<unsigned>(Role::Split) == 4);
+static_assert(static_cast<unsigned>(Role::FreqWeight) == 5);
+static_assert(static_cast<unsigned>(Role::RecordId) == 6);
+static_assert(static_cast<unsigned>(Role::None) == 7);
+static_assert(static_cast<unsigned>(Structure::List) == 0);
+static_assert(static_cast<unsigned>(Structure::Primitive) == 1);
+
+constexpr Storage kAllStorages[] = {Storage::Unknown,  Storage::Integer, Storage::Real,
+                                    Storage::String,   Storage::Date,    Storage::Time,
+                                    Storage::Timestamp};
+constexpr Type kAllTypes[] = {Type::Continuous, Type::Nominal,  Type::Ordinal, Type::Flag,
+                              Type::Discrete,   Type::Typeless, Type::Unknown};
+
+DMDatum Int(long long value) { return DMDatum(value); }
+DMDatum Real(double value) { return DMDatum(value); }
+DMDatum Text(const char* text) { return DMDatum(text); }
+DMDatum NullOf(DMDatum::DataType type) {
+  DMDatum datum;
+  datum.SetNull(type);
+  return datum;
+}
+
+std::vector<DMValue> ListOf(std::initializer_list<DMDatum> datums) {
+  std::vector<DMValue> list;
+  for (const DMDatum& datum : datums) list.emplace_back(datum, "label");
+  return list;
+}
+
+DMField Named(Type type, Storage storage) { return DMField("age", type, storage, Role::Input); }
+
+// Whether `actual` is `expected`: the same nullness and type and, when set,
+// the same value.
+::testing::AssertionResult SameDatum(const DMDatum& actual, const DMDatum& expected) {
+  if (actual.IsNull() != expected.IsNull() || actual.GetType() != expected.GetType()) {
+    return ::testing::AssertionFailure()
+           << "null " << actual.IsNull() << " type " << actual.GetType() << ", expected null "
+           << expected.IsNull() << " type " << expected.GetType();
+  }
+  if (!actual.IsNull() && actual.Compare(expected) != 0) {
+    std::string actualText;
+    std::string expectedText;
+    actual.ToString(actualText, 0);
+    expected.ToString(expectedText, 0);
+    return ::testing::AssertionFailure() << "value " << actualText << ", expected " << expectedText;
+  }
+  return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult SameRange(const DMRange& actual, const DMRange& expected) {
+  const auto [lower, upper] = actual.GetLimits();
+  const auto [expectedLower, expectedUpper] = expected.GetLimits();
+  if (auto result = SameDatum(lower, expectedLower); !result) return result << " (lower limit)";
+  if (auto result = SameDatum(upper, expectedUpper); !result) return result << " (upper limit)";
+  return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult SameValues(const std::vector<DMValue>& actual,
+                                      const std::vector<DMValue>& expected) {
+  if (actual.size() != expected.size()) {
+    return ::testing::AssertionFailure()
+           << actual.size() << " values, expected " << expected.size();
+  }
+  for (size_t i = 0; i < actual.size(); ++i) {
+    if (auto result = SameDatum(actual[i].GetDatum(), expected[i].GetDatum()); !result) {
+      return result << " (value " << i << ")";
+    }
+    if (actual[i].GetLabel() != expected[i].GetLabel() ||
+        actual[i].GetFlag() != expected[i].GetFlag() ||
+        actual[i].GetPartition() != expected[i].GetPartition()) {
+      return ::testing::AssertionFailure() << "label, flag or partition of value " << i;
+    }
+  }
+  return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult SameMissingValues(const DMMissingValues& actual,
+                                             const DMMissingValues& expected) {
+  if (auto result = SameRange(actual.GetMissingRange(), expected.GetMissingRange()); !result) {
+    return result << " (missing range)";
+  }
+  if (auto result = SameValues(actual.GetMissingValueList(), expected.GetMissingValueList());
+      !result) {
+    return result << " (missing values)";
+  }
+  if (actual.IsNullMissing() != expected.IsNullMissing() ||
+      actual.IsWhiteSpMissing() != expected.IsWhiteSpMissing()) {
+    return ::testing::AssertionFailure() << "missing-value switches differ";
+  }
+  return ::testing::AssertionSuccess();
+}
+
+// Every member of `actual` equals `expected`'s; components are compared by
+// content, never by address.
+void ExpectSameField(const DMField& actual, const DMField& expected) {
+  EXPECT_EQ(actual.GetName(), expected.GetName());
+  EXPECT_EQ(actual.GetType(), expected.GetType());
+  EXPECT_EQ(actual.GetStorage(), expected.GetStorage());
+  EXPECT_EQ(actual.GetRole(), expected.GetRole());
+  EXPECT_EQ(actual.GetStructure(), expected.GetStructure());
+  EXPECT_EQ(actual.GetStructureStorage(), expected.GetStructureStorage());
+  EXPECT_EQ(actual.GetSubRole(), expected.GetSubRole());
+  EXPECT_EQ(actual.GetMaxStringLength(), expected.GetMaxStringLength());
+  EXPECT_EQ(actual.GetDepth(), expected.GetDepth());
+  EXPECT_EQ(actual.GetElementCount(), expected.GetElementCount());
+  EXPECT_EQ(actual.GetLabel(), expected.GetLabel());
+  EXPECT_TRUE(SameRange(actual.GetRange(), expected.GetRange()));
+  EXPECT_TRUE(SameValues(actual.GetValues(), expected.GetValues()));
+  EXPECT_TRUE(SameMissingValues(actual.GetMissingValues(), expected.GetMissingValues()));
+  EXPECT_TRUE(SameValues(actual.GetValueLabels(), expected.GetValueLabels()));
+  EXPECT_EQ(actual.GetFormatReference(), expected.GetFormatReference());
+
+  ASSERT_EQ(actual.GetPrivateFormat() == nullptr, expected.GetPrivateFormat() == nullptr);
+  if (expected.GetPrivateFormat() != nullptr) {
+    EXPECT_EQ(actual.GetPrivateFormat()->GetFormatClass(),
+              expected.GetPrivateFormat()->GetFormatClass());
+    EXPECT_EQ(actual.GetPrivateFormat()->GetWidth(), expected.GetPrivateFormat()->GetWidth());
+    EXPECT_EQ(actual.GetPrivateFormat()->GetName(), expected.GetPrivateFormat()->GetName());
+  }
+  ASSERT_EQ(actual.GetCatStats() == nullptr, expected.GetCatStats() == nullptr);
+  if (expected.GetCatStats() != nullptr) {
+    ASSERT_EQ(actual.GetCatStats()->GetNCats(), expected.GetCatStats()->GetNCats());
+    for (unsigned i = 0; i < expected.GetCatStats()->GetNCats(); ++i) {
+      EXPECT_TRUE(SameDatum(actual.GetCatStats()->GetCatValDatum(i),
+                            expected.GetCatStats()->GetCatValDatum(i)));
+      EXPECT_EQ(actual.GetCatStats()->GetCatWeight(i), expected.GetCatStats()->GetCatWeight(i));
+    }
+  }
+  ASSERT_EQ(actual.GetContStats() == nullptr, expected.GetContStats() == nullptr);
+  if (expected.GetContStats() != nullptr) {
+    EXPECT_EQ(actual.GetContStats()->GetSumFreqWeights(),
+              expected.GetContStats()->GetSumFreqWeights());
+    EXPECT_EQ(actual.GetContStats()->GetMean(), expected.GetContStats()->GetMean());
+    EXPECT_EQ(actual.GetContStats()->GetExtrema(), expected.GetContStats()->GetExtrema());
+  }
+  ASSERT_EQ(actual.GetBaseField() == nullptr, expected.GetBaseField() == nullptr);
+  if (expected.GetBaseField() != nullptr) {
+    ExpectSameField(*actual.GetBaseField(), *expected.GetBaseField());
+  }
+}
+
+// The members as both constructors leave them, name, type, storage and role
+// aside.
+void ExpectDefaultsBeyondTheFour(const DMField& field) {
+  EXPECT_EQ(field.GetStructure(), Structure::Primitive);
+  EXPECT_EQ(field.GetStructureStorage(), Storage::Unknown);
+  EXPECT_EQ(field.GetSubRole(), "");
+  EXPECT_EQ(field.GetMaxStringLength(), 0U);
+  EXPECT_EQ(field.GetDepth(), -1);
+  EXPECT_EQ(field.GetElementCount(), -1);
+  EXPECT_EQ(field.GetLabel(), "");
+  EXPECT_TRUE(SameRange(field.GetRange(), DMRange()));
+  EXPECT_TRUE(field.GetRange().IsEmpty());
+  EXPECT_TRUE(field.GetValues().empty());
+  EXPECT_TRUE(SameMissingValues(field.GetMissingValues(), DMMissingValues()));
+  EXPECT_TRUE(field.GetMissingValues().IsNullMissing());
+  EXPECT_FALSE(field.GetMissingValues().IsWhiteSpMissing());
+  EXPECT_TRUE(field.GetValueLabels().empty());
+  EXPECT_EQ(field.GetFormatReference(), "");
+  EXPECT_EQ(field.GetPrivateFormat(), nullptr);
+  EXPECT_EQ(field.GetCatStats(), nullptr);
+  EXPECT_EQ(field.GetContStats(), nullptr);
+  EXPECT_EQ(field.GetBaseField(), nullptr);
+}
+
+// One format of each class.
+std::unique_ptr<DMFormat> FormatOfClass(DMFormat::FormatClass formatClass) {
+  switch (formatClass) {
+    case DMFormat::Decorated:
+      return std::make_unique<DMDecoratedFormat>(DMDecoratedFormat::Currency, 10, 2);
+    case DMFormat::Date:
+      return std::make_unique<DMDateFormat>();
+    case DMFormat::Number:
+      return std::make_unique<DMNumberFormat>(DMNumberFormat::Standard, 8, 2);
+    case DMFormat::String:
+      return std::make_unique<DMStringFormat>(12, false);
+    case DMFormat::Time:
+      return std::make_unique<DMTimeFormat>();
+  }
+  return nullptr;
+}
+
+// ---------------------------------------------------------------------------
+// Tables
+
+struct DictCase {
+  const char* name;
+  const DMEnumDictEntry* table;
+  std::vector<std::pair<unsigned, std::string>> rows;
+};
+
+TEST(DMFieldTest, EnumerationTablesMapEveryValueBothWaysWithoutRepeats) {
+  const DictCase cases[] = {
+      {"storage",
+       gStorageDict,
+       {{0, "unknown"},
+        {1, "integer"},
+        {2, "real"},
+        {3, "string"},
+        {4, "date"},
+        {5, "time"},
+        {6, "timestamp"}}},
+      {"measure",
+       gMeasureDict,
+       {{0, "continuous"},
+        {1, "nominal"},
+        {2, "ordinal"},
+        {3, "flag"},
+        {4, "discrete"},
+        {5, "typeless"},
+        {6, "unknown"}}},
+      {"role",
+       gRoleDict,
+       {{0, "input"},
+        {1, "target"},
+        {2, "both"},
+        {3, "partition"},
+        {4, "split"},
+        {5, "freqWeight"},
+        {6, "recordId"},
+        {7, "none"}}},
+      {"structure", gStructureDict, {{0, "list"}, {1, "primitive"}}},
+  };
+  for (const DictCase& dict : cases) {
+    SCOPED_TRACE(dict.name);
+    ASSERT_EQ(DMEnumDict::Size(dict.table), static_cast<int>(dict.rows.size()));
+    std::set<std::string> texts;
+    std::set<unsigned> values;
+    for (size_t i = 0; i < dict.rows.size(); ++i) {
+      const auto& [value, text] = dict.rows[i];
+      EXPECT_EQ(dict.table[i].value, value);
+      EXPECT_STREQ(dict.table[i].text, text.c_str());
+      EXPECT_STREQ(DMEnumDict::TextOfValue(dict.table, value), text.c_str());
+      EXPECT_EQ(DMEnumDict::IndexOfText(dict.table, text.c_str()), static_cast<int>(i));
+      EXPECT_TRUE(texts.insert(text).second) << "repeated text " << text;
+      EXPECT_TRUE(values.insert(value).second) << "repeated value " << value;
+    }
+    EXPECT_EQ(DMEnumDict::TextOfValue(dict.table, static_cast<unsigned>(dict.rows.size())),
+              nullptr);
+  }
+}
+
+TEST(DMFieldTest, EnumerationTablesMatchTextsExactly) {
+  EXPECT_EQ(DMEnumDict::IndexOfText(gStorageDict, "Integer"), -1);
+  EXPECT_EQ(DMEnumDict::IndexOfText(gMeasureDict, "nominal "), -1);
+  EXPECT_EQ(DMEnumDict::IndexOfText(gRoleDict, ""), -1);
+  EXPECT_EQ(DMEnumDict::IndexOfText(gStructureDict, "lists"), -1);
+}
+
+// ---------------------------------------------------------------------------
+// Construction and getters
+
+TEST(DMFieldTest, DefaultFieldHasNoNameAndEveryDefault) {
+  const DMField field;
+  EXPECT_EQ(field.GetName(), "");
+  EXPECT_EQ(field.GetType(), Type::Unknown);
+  EXPECT_EQ(field.GetStorage(), Storage::Unknown);
+  EXPECT_EQ(field.GetRole(), Role::None);
+  ExpectDefaultsBeyondTheFour(field);
+}
+
+TEST(DMFieldTest, NamedConstructorStoresItsFourAndDefaultsTheRest) {
+  const DMField field("income", Type::Ordinal, Storage::Real, Role::Target);
+  EXPECT_EQ(field.GetName(), "income");
+  EXPECT_EQ(field.GetType(), Type::Ordinal);
+  EXPECT_EQ(field.GetStorage(), Storage::Real);
+  EXPECT_EQ(field.GetRole(), Role::Target);
+  ExpectDefaultsBeyondTheFour(field);
+}
+
+TEST(DMFieldTest, NamedConstructorTakesAnEmptyNameWithoutComplaint) {
+  DMField field("", Type::Continuous, Storage::Integer, Role::Input);
+  EXPECT_EQ(field.GetName(), "");
+  EXPECT_EQ(field.GetType(), Type::Continuous);
+  field.SetRole(Role::Target);
+  EXPECT_EQ(field.GetRole(), Role::Input);
+}
+
+struct StorageMatchCase {
+  Storage storage;
+  bool integer;
+  bool real;
+  bool text;
+};
+
+TEST(DMFieldTest, StorageMatchesDatumsByTypeNullOrNot) {
+  const StorageMatchCase cases[] = {
+      {Storage::Unknown, false, false, false},  {Storage::Integer, true, false, false},
+      {Storage::Real, false, true, false},      {Storage::String, false, false, true},
+      {Storage::Date, false, true, false},      {Storage::Time, false, true, false},
+      {Storage::Timestamp, false, true, false},
+  };
+  for (const StorageMatchCase& row : cases) {
+    SCOPED_TRACE(static_cast<unsigned>(row.storage));
+    const DMField field = Named(Type::Nominal, row.storage);
+    EXPECT_EQ(field.StorageMatches(Int(4)), row.integer);
+    EXPECT_EQ(field.StorageMatches(NullOf(DMDatum::IntegerType)), row.integer);
+    EXPECT_EQ(field.StorageMatches(Real(4.5)), row.real);
+    EXPECT_EQ(field.StorageMatches(NullOf(DMDatum::RealType)), row.real);
+    EXPECT_EQ(field.StorageMatches(Text("x")), row.text);
+    EXPECT_EQ(field.StorageMatches(NullOf(DMDatum::StringType)), row.text);
+  }
+}
+
+struct FormatMatchCase {
+  Storage storage;
+  std::set<DMFormat::FormatClass> accepted;
+};
+
+const std::vector<FormatMatchCase>& FormatMatchCases() {
+  static const std::vector<FormatMatchCase> cases = {
+      {Storage::Unknown, {}},
+      {Storage::Integer, {DMFormat::Number, DMFormat::Decorated}},
+      {Storage::Real, {DMFormat::Number, DMFormat::Decorated}},
+      {Storage::String, {DMFormat::String}},
+      {Storage::Date, {DMFormat::Date}},
+      {Storage::Time, {DMFormat::Time}},
+      {Storage::Timestamp, {DMFormat::Date}},
+  };
+  return cases;
+}
+
+constexpr DMFormat::FormatClass kAllFormatClasses[] = {
+    DMFormat::Decorated, DMFormat::Date, DMFormat::Number, DMFormat::String, DMFormat::Time};
+
+TEST(DMFieldTest, MatchesFormatPairsEveryStorageWithItsFormatClasses) {
+  for (const FormatMatchCase& row : FormatMatchCases()) {
+    for (DMFormat::FormatClass formatClass : kAllFormatClasses) {
+      SCOPED_TRACE(std::to_string(static_cast<unsigned>(row.storage)) + " with format class " +
+                   std::to_string(formatClass));
+      const std::unique_ptr<DMFormat> format = FormatOfClass(formatClass);
+      EXPECT_EQ(DMField::MatchesFormat(row.storage, *format), row.accepted.count(formatClass) == 1);
+    }
+  }
+}
+
+TEST(DMFieldTest, MatchesFormatLooksAtTheClassNotTheValidity) {
+  // A width-0 format is invalid, but choosing it is the caller's business.
+  EXPECT_TRUE(DMField::MatchesFormat(Storage::Integer, DMNumberFormat()));
+  EXPECT_TRUE(DMField::MatchesFormat(Storage::Timestamp, DMDateFormat()));
+}
+
+// ---------------------------------------------------------------------------
+// The name test of the setters
+
+TEST(DMFieldTest, DefaultFieldRefusesEverySetterButMaxStringLengthAndLabel) {
+  DMField field;
+  field.SetName("rescued");
+  field.SetRole(Role::Target);
+  field.SetSubRole("sub");
+  field.SetRange(DMRange(Int(1), Int(5)));
+  field.SetValues(ListOf({Int(1)}));
+  field.SetMissingValues(DMMissingValues(DMRange(), ListOf({Int(9)}), false, true));
+  field.SetValueLabels(ListOf({Int(1)}));
+  const DMNumberFormat format(DMNumberFormat::Standard, 8, 2);
+  EXPECT_FALSE(field.SetPrivateFormat(&format));
+  EXPECT_FALSE(field.SetPrivateFormat(nullptr));
+  EXPECT_FALSE(field.SetFormatReference("shared"));
+  EXPECT_FALSE(field.SetFormatReference(""));
+  EXPECT_FALSE(field.SetFieldType(Type::Continuous));
+  DMCatStatsInt catStats;
+  EXPECT_FALSE(field.SetSumStats(&catStats));
+  EXPECT_FALSE(field.SetSumStats(static_cast<const DMCatStats*>(nullptr)));
+  DMContStatsInt contStats;
+  EXPECT_FALSE(field.SetSumStats(&contStats));
+  EXPECT_FALSE(field.SetSumStats(static_cast<const DMContStats*>(nullptr)));
+  field.SetBaseField(Named(Type::Nominal, Storage::Integer));
+  field.SetStructure(Structure::List);
+  field.SetStructureStorage(Storage::String);
+  field.SetDepth(2);
+  field.SetElementCount(3);
+
+  EXPECT_EQ(field.GetName(), "");
+  EXPECT_EQ(field.GetType(), Type::Unknown);
+  EXPECT_EQ(field.GetRole(), Role::None);
+  ExpectDefaultsBeyondTheFour(field);
+
+  field.SetMaxStringLength(40);
+  field.SetLabel("Age in years");
+  EXPECT_EQ(field.GetMaxStringLength(), 40U);
+  EXPECT_EQ(field.GetLabel(), "Age in years");
+}
+
+TEST(DMFieldTest, UnnamedFieldRefusesChangesItsTypeAndStorageWouldAllow) {
+  // Continuous, Integer: every refusal below is the name test's alone.
+  DMField field("", Type::Continuous, Storage::Integer, Role::Input);
+  field.SetRange(DMRange(Int(1), Int(5)));
+  field.SetMissingValues(DMMissingValues(DMRange(), ListOf({Int(9)}), false, true));
+  field.SetValueLabels(ListOf({Int(1)}));
+  const DMNumberFormat format(DMNumberFormat::Standard, 8, 2);
+  EXPECT_FALSE(field.SetPrivateFormat(&format));
+  DMContStatsInt contStats;
+  EXPECT_FALSE(field.SetSumStats(&contStats));
+  EXPECT_FALSE(field.SetFieldType(Type::Nominal));
+  field.SetBaseField(Named(Type::Nominal, Storage::Integer));
+
+  EXPECT_EQ(field.GetType(), Type::Continuous);
+  ExpectDefaultsBeyondTheFour(field);
+}
+
+// ---------------------------------------------------------------------------
+// Plain setters
+
+TEST(DMFieldTest, SetNameReplacesTheNameOfANamedField) {
+  DMField field = Named(Type::Nominal, Storage::Integer);
+  field.SetName("years");
+  EXPECT_EQ(field.GetName(), "years");
+}
+
+TEST(DMFieldTest, SetNameToEmptyLeavesAFieldThatRefusesFurtherChanges) {
+  DMField field = Named(Type::Nominal, Storage::Integer);
+  field.SetName("");
+  EXPECT_EQ(field.GetName(), "");
+  field.SetName("again");
+  field.SetRole(Role::Target);
+  EXPECT_EQ(field.GetName(), "");
+  EXPECT_EQ(field.GetRole(), Role::Input);
+}
+
+TEST(DMFieldTest, SimpleSettersStoreTheirValuesOnANamedField) {
+  DMField field = Named(Type::Nominal, Storage::String);
+  field.SetRole(Role::FreqWeight);
+  field.SetSubRole("weight of a case");
+  field.SetMaxStringLength(255);
+  field.SetLabel("Age");
+  field.SetStructure(Structure::List);
+  field.SetStructureStorage(Storage::Timestamp);
+  field.SetDepth(0);
+  field.SetElementCount(3);
+  EXPECT_EQ(field.GetRole(), Role::FreqWeight);
+  EXPECT_EQ(field.GetSubRole(), "weight of a case");
+  EXPECT_EQ(field.GetMaxStringLength(), 255U);
+  EXPECT_EQ(field.GetLabel(), "Age");
+  EXPECT_EQ(field.GetStructure(), Structure::List);
+  EXPECT_EQ(field.GetStructureStorage(), Storage::Timestamp);
+  EXPECT_EQ(field.GetDepth(), 0);
+  EXPECT_EQ(field.GetElementCount(), 3);
+
+  // Negative counts mean "not declared" and are stored as given.
+  field.SetDepth(-7);
+  field.SetElementCount(-1);
+  field.SetSubRole("");
+  EXPECT_EQ(field.GetDepth(), -7);
+  EXPECT_EQ(field.GetElementCount(), -1);
+  EXPECT_EQ(field.GetSubRole(), "");
+}
+
+// ---------------------------------------------------------------------------
+// SetRange
+
+struct RangeCase {
+  const char* name;
+  Storage storage;
+  DMRange before;  // Set first; must be taken.
+  DMRange range;
+  bool taken;
+};
+
+TEST(DMFieldTest, SetRangeOnAContinuousFieldFollowsTheStorageUnlessTheRangeIsEmpty) {
+  const RangeCase cases[] = {
+      {"integer range on Integer", Storage::Integer, DMRange(Int(10), Int(20)),
+       DMRange(Int(1), Int(5)), true},
+      {"real range on Integer", Storage::Integer, DMRange(Int(10), Int(20)),
+       DMRange(Real(1.0), Real(5.0)), false},
+      {"real range on Real", Storage::Real, DMRange(Real(10.0), Real(20.0)),
+       DMRange(Real(1.5), Real(2.5)), true},
+      {"integer range on Real", Storage::Real, DMRange(Real(10.0), Real(20.0)),
+       DMRange(Int(1), Int(5)), false},
+      {"reversed integer range on Real", Storage::Real, DMRange(Real(10.0), Real(20.0)),
+       DMRange(Int(5), Int(1)), true},
+      {"the empty default on String", Storage::String, DMRange(Text("k"), Text("m")), DMRange(),
+       true},
+      {"both limits null on Real", Storage::Real, DMRange(Real(10.0), Real(20.0)),
+       DMRange(DMDatum(), DMDatum()), true},
+      {"null real lower limit on Date", Storage::Date, DMRange(Real(10.0), Real(20.0)),
+       DMRange(NullOf(DMDatum::RealType), Real(3.0)), true},
+      // The null lower limit is tested by its type: integer, so refused.
+      {"null integer lower limit on Real", Storage::Real, DMRange(Real(10.0), Real(20.0)),
+       DMRange(NullOf(DMDatum::IntegerType), Real(3.0)), false},
+      {"real lower limit, null upper on Time", Storage::Time, DMRange(Real(10.0), Real(20.0)),
+       DMRange(Real(2.0), NullOf(DMDatum::RealType)), true},
+      {"text range on String", Storage::String, DMRange(Text("k"), Text("m")),
+       DMRange(Text("a"), Text("c")), true},
+      {"text range on Timestamp", Storage::Timestamp, DMRange(Real(10.0), Real(20.0)),
+       DMRange(Text("a"), Text("c")), false},
+      {"integer range on Unknown", Storage::Unknown, DMRange(), DMRange(Int(1), Int(5)), false},
+  };
+  for (const RangeCase& row : cases) {
+    SCOPED_TRACE(row.name);
+    DMField field = Named(Type::Continuous, row.storage);
+    field.SetRange(row.before);
+    ASSERT_TRUE(SameRange(field.GetRange(), row.before));
+    field.SetRange(row.range);
+    EXPECT_TRUE(SameRange(field.GetRange(), row.taken ? row.range : row.before));
+  }
+}
+
+TEST(DMFieldTest, SetRangeOnAReversedIntegerRangeStoresTheEmptyRange) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  field.SetRange(DMRange(Real(10.0), Real(20.0)));
+  field.SetRange(DMRange(Int(5), Int(1)));
+  EXPECT_TRUE(field.GetRange().IsEmpty());
+  EXPECT_TRUE(SameRange(field.GetRange(), DMRange()));
+}
+
+TEST(DMFieldTest, SetRangeOnANonContinuousFieldChangesNothing) {
+  for (Type type : kAllTypes) {
+    if (type == Type::Continuous) continue;
+    SCOPED_TRACE(static_cast<unsigned>(type));
+    DMField field = Named(type, Storage::Integer);
+    field.SetRange(DMRange(Int(1), Int(5)));
+    field.SetRange(DMRange(DMDatum(), DMDatum()));
+    EXPECT_TRUE(SameRange(field.GetRange(), DMRange()));
+  }
+}
+
+// ---------------------------------------------------------------------------
+// SetValues and SetValueLabels
+
+TEST(DMFieldTest, SetValuesIsTakenByTheFourCategoricalLevelsOnly) {
+  for (Type type : kAllTypes) {
+    SCOPED_TRACE(static_cast<unsigned>(type));
+    DMField field = Named(type, Storage::Integer);
+    const std::vector<DMValue> values = ListOf({Int(1), Int(2), Int(3)});
+    field.SetValues(values);
+    const bool categorical = type == Type::Nominal || type == Type::Ordinal || type == Type::Flag ||
+                             type == Type::Discrete;
+    EXPECT_TRUE(SameValues(field.GetValues(), categorical ? values : std::vector<DMValue>()));
+  }
+}
+
+TEST(DMFieldTest, SetValuesWithOneNullValueAmongManyChangesNothing) {
+  DMField field = Named(Type::Nominal, Storage::String);
+  const std::vector<DMValue> before = ListOf({Text("a"), Text("b")});
+  field.SetValues(before);
+  field.SetValues(
+      ListOf({Text("x"), Text("y"), NullOf(DMDatum::StringType), Text("z"), Text("w")}));
+  EXPECT_TRUE(SameValues(field.GetValues(), before));
+}
+
+TEST(DMFieldTest, SetValuesWithAValueOfAnotherStorageChangesNothing) {
+  DMField field = Named(Type::Flag, Storage::Date);
+  const std::vector<DMValue> before = ListOf({Real(1.0), Real(2.0)});
+  field.SetValues(before);
+  ASSERT_TRUE(SameValues(field.GetValues(), before));
+  field.SetValues(ListOf({Real(3.0), Int(4)}));
+  EXPECT_TRUE(SameValues(field.GetValues(), before));
+  field.SetValues({});
+  EXPECT_TRUE(field.GetValues().empty());
+}
+
+TEST(DMFieldTest, SetValueLabelsIsTakenAtEveryMeasurementLevel) {
+  for (Type type : kAllTypes) {
+    SCOPED_TRACE(static_cast<unsigned>(type));
+    DMField field = Named(type, Storage::Real);
+    const std::vector<DMValue> labels = ListOf({Real(0.5), Real(1.5)});
+    field.SetValueLabels(labels);
+    EXPECT_TRUE(SameValues(field.GetValueLabels(), labels));
+  }
+}
+
+TEST(DMFieldTest, SetValueLabelsWithANullOrMismatchedValueChangesNothing) {
+  DMField field = Named(Type::Continuous, Storage::Integer);
+  const std::vector<DMValue> before = ListOf({Int(1)});
+  field.SetValueLabels(before);
+  field.SetValueLabels(ListOf({Int(2), NullOf(DMDatum::IntegerType)}));
+  EXPECT_TRUE(SameValues(field.GetValueLabels(), before));
+  field.SetValueLabels(ListOf({Int(2), Text("3")}));
+  EXPECT_TRUE(SameValues(field.GetValueLabels(), before));
+}
+
+// ---------------------------------------------------------------------------
+// SetMissingValues
+
+struct MissingCase {
+  const char* name;
+  Storage storage;
+  DMMissingValues missing;
+  bool taken;
+};
+
+TEST(DMFieldTest, SetMissingValuesTestsTheRangeOrElseTheFirstListedValue) {
+  const MissingCase cases[] = {
+      {"integer range on Integer", Storage::Integer,
+       DMMissingValues(DMRange(Int(90), Int(99)), {}, true, false), true},
+      {"integer range on Real", Storage::Real,
+       DMMissingValues(DMRange(Int(90), Int(99)), {}, true, false), false},
+      {"null integer lower limit on Real", Storage::Real,
+       DMMissingValues(DMRange(DMDatum(), Real(99.0)), {}, true, false), false},
+      {"null real lower limit on Real", Storage::Real,
+       DMMissingValues(DMRange(NullOf(DMDatum::RealType), Real(99.0)), {}, true, false), true},
+      {"empty range, integer list on Integer", Storage::Integer,
+       DMMissingValues(DMRange(), ListOf({Int(-1), Int(-2)}), true, false), true},
+      {"empty range, integer list on String", Storage::String,
+       DMMissingValues(DMRange(), ListOf({Int(-1)}), true, false), false},
+      {"null limits, text list on String", Storage::String,
+       DMMissingValues(DMRange(DMDatum(), DMDatum()), ListOf({Text("NA")}), true, false), true},
+      {"no range, no list on String", Storage::String, DMMissingValues(DMRange(), {}, false, true),
+       true},
+      {"no range, no list on Unknown", Storage::Unknown,
+       DMMissingValues(DMRange(), {}, false, false), true},
+      {"a null listed value is invalid", Storage::Integer,
+       DMMissingValues(DMRange(), ListOf({Int(-1), NullOf(DMDatum::IntegerType)}), true, false),
+       false},
+      {"a list of mixed types is invalid", Storage::Integer,
+       DMMissingValues(DMRange(), ListOf({Int(-1), Real(-2.0)}), true, false), false},
+  };
+  for (const MissingCase& row : cases) {
+    SCOPED_TRACE(row.name);
+    DMField field = Named(Type::Continuous, row.storage);
+    field.SetMissingValues(row.missing);
+    EXPECT_TRUE(
+        SameMissingValues(field.GetMissingValues(), row.taken ? row.missing : DMMissingValues()));
+  }
+}
+
+TEST(DMFieldTest, SetMissingValuesCopiesRangeListAndBothSwitches) {
+  DMField field = Named(Type::Nominal, Storage::Real);
+  const DMMissingValues missing(DMRange(Real(97.0), Real(99.0)), ListOf({Real(-1.0)}), false, true);
+  field.SetMissingValues(missing);
+  EXPECT_TRUE(SameMissingValues(field.GetMissingValues(), missing));
+  EXPECT_FALSE(field.GetMissingValues().IsNullMissing());
+  EXPECT_TRUE(field.GetMissingValues().IsWhiteSpMissing());
+}
+
+// ---------------------------------------------------------------------------
+// Formats
+
+TEST(DMFieldTest, SetPrivateFormatTakesOnlyFormatsThatSuitTheStorage) {
+  for (const FormatMatchCase& row : FormatMatchCases()) {
+    for (DMFormat::FormatClass formatClass : kAllFormatClasses) {
+      SCOPED_TRACE(std::to_string(static_cast<unsigned>(row.storage)) + " with format class " +
+                   std::to_string(formatClass));
+      DMField field = Named(Type::Nominal, row.storage);
+      ASSERT_TRUE(field.SetFormatReference("shared"));
+      const std::unique_ptr<DMFormat> format = FormatOfClass(formatClass);
+      const bool suits = row.accepted.count(formatClass) == 1;
+      EXPECT_EQ(field.SetPrivateFormat(format.get()), suits);
+      if (suits) {
+        ASSERT_NE(field.GetPrivateFormat(), nullptr);
+        EXPECT_NE(field.GetPrivateFormat(), format.get());
+        EXPECT_EQ(field.GetPrivateFormat()->GetFormatClass(), formatClass);
+        EXPECT_EQ(field.GetFormatReference(), "");
+      } else {
+        EXPECT_EQ(field.GetPrivateFormat(), nullptr);
+        EXPECT_EQ(field.GetFormatReference(), "shared");
+      }
+    }
+  }
+}
+
+TEST(DMFieldTest, SetPrivateFormatWithADateFormatOnATimeFieldIsRefused) {
+  DMField field = Named(Type::Continuous, Storage::Time);
+  const DMTimeFormat timeFormat;
+  ASSERT_TRUE(field.SetPrivateFormat(&timeFormat));
+  const DMDateFormat dateFormat;
+  EXPECT_FALSE(field.SetPrivateFormat(&dateFormat));
+  ASSERT_NE(field.GetPrivateFormat(), nullptr);
+  EXPECT_EQ(field.GetPrivateFormat()->GetFormatClass(), DMFormat::Time);
+}
+
+TEST(DMFieldTest, SetPrivateFormatWithANumberFormatOnAnIntegerFieldClearsTheReference) {
+  DMField field = Named(Type::Continuous, Storage::Integer);
+  ASSERT_TRUE(field.SetFormatReference("shared"));
+  DMNumberFormat format(DMNumberFormat::Standard, 8, 2);
+  format.SetName("mine");
+  EXPECT_TRUE(field.SetPrivateFormat(&format));
+  EXPECT_EQ(field.GetFormatReference(), "");
+  ASSERT_NE(field.GetPrivateFormat(), nullptr);
+  EXPECT_EQ(field.GetPrivateFormat()->GetName(), "mine");
+  EXPECT_EQ(field.GetPrivateFormat()->GetWidth(), 8);
+}
+
+TEST(DMFieldTest, SetPrivateFormatWithNullReleasesTheFormatAndKeepsTheReferenceEmpty) {
+  DMField field = Named(Type::Continuous, Storage::Integer);
+  const DMNumberFormat format(DMNumberFormat::Standard, 8, 2);
+  ASSERT_TRUE(field.SetPrivateFormat(&format));
+  EXPECT_TRUE(field.SetPrivateFormat(nullptr));
+  EXPECT_EQ(field.GetPrivateFormat(), nullptr);
+  EXPECT_EQ(field.GetFormatReference(), "");
+
+  // On an Unknown storage, which takes no format, null is still accepted.
+  DMField unknown = Named(Type::Continuous, Storage::Unknown);
+  EXPECT_TRUE(unknown.SetPrivateFormat(nullptr));
+}
+
+TEST(DMFieldTest, SetFormatReferenceReleasesThePrivateFormat) {
+  DMField field = Named(Type::Continuous, Storage::String);
+  const DMStringFormat format(12, false);
+  ASSERT_TRUE(field.SetPrivateFormat(&format));
+  EXPECT_TRUE(field.SetFormatReference("shared"));
+  EXPECT_EQ(field.GetFormatReference(), "shared");
+  EXPECT_EQ(field.GetPrivateFormat(), nullptr);
+}
+
+TEST(DMFieldTest, SetFormatReferenceToEmptyClearsOnlyTheReference) {
+  DMField field = Named(Type::Continuous, Storage::String);
+  ASSERT_TRUE(field.SetFormatReference("shared"));
+  EXPECT_TRUE(field.SetFormatReference(""));
+  EXPECT_EQ(field.GetFormatReference(), "");
+
+  const DMStringFormat format(12, false);
+  ASSERT_TRUE(field.SetPrivateFormat(&format));
+  EXPECT_TRUE(field.SetFormatReference(""));
+  EXPECT_EQ(field.GetFormatReference(), "");
+  ASSERT_NE(field.GetPrivateFormat(), nullptr);
+  EXPECT_EQ(field.GetPrivateFormat()->GetFormatClass(), DMFormat::String);
+}
+
+// ---------------------------------------------------------------------------
+// Base field
+
+TEST(DMFieldTest, SetBaseFieldStoresAPrivateCopy) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  DMField base("raw", Type::Nominal, Storage::String, Role::Input);
+  base.SetLabel("Raw answer");
+  field.SetBaseField(base);
+  ASSERT_NE(field.GetBaseField(), nullptr);
+  EXPECT_NE(field.GetBaseField(), &base);
+  ExpectSameField(*field.GetBaseField(), base);
+
+  base.SetName("changed");
+  EXPECT_EQ(field.GetBaseField()->GetName(), "raw");
+}
+
+TEST(DMFieldTest, SetBaseFieldWithAFieldThatHasItsOwnBaseChangesNothing) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  field.SetBaseField(DMField("first", Type::Nominal, Storage::String, Role::Input));
+  DMField derived("derived", Type::Nominal, Storage::String, Role::Input);
+  derived.SetBaseField(DMField("origin", Type::Nominal, Storage::String, Role::Input));
+  ASSERT_NE(derived.GetBaseField(), nullptr);
+
+  field.SetBaseField(derived);
+  ASSERT_NE(field.GetBaseField(), nullptr);
+  EXPECT_EQ(field.GetBaseField()->GetName(), "first");
+  EXPECT_EQ(field.GetBaseField()->GetBaseField(), nullptr);
+}
+
+TEST(DMFieldTest, SetBaseFieldReplacesTheOldBaseEvenWithItself) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  field.SetBaseField(DMField("first", Type::Nominal, Storage::String, Role::Input));
+  field.SetBaseField(DMField("second", Type::Ordinal, Storage::Integer, Role::Target));
+  ASSERT_NE(field.GetBaseField(), nullptr);
+  EXPECT_EQ(field.GetBaseField()->GetName(), "second");
+
+  // The argument is the object being replaced: it is copied before it goes.
+  field.SetBaseField(*field.GetBaseField());
+  ASSERT_NE(field.GetBaseField(), nullptr);
+  EXPECT_EQ(field.GetBaseField()->GetName(), "second");
+  EXPECT_EQ(field.GetBaseField()->GetType(), Type::Ordinal);
+}
+
+}  // namespace

@@ -74,12 +74,6 @@ DMGeoEnvelope::DMGeoEnvelope(const DMXMLWrapper& element) {
   ReadCoordinate(element, XMLAttributes::RightLowerY, rightLowerY_.value, rightLowerY_.isSet);
 }
 
-DMGeoEnvelope::DMGeoEnvelope(const DMGeoEnvelope& other) = default;
-
-DMGeoEnvelope& DMGeoEnvelope::operator=(const DMGeoEnvelope& other) = default;
-
-DMGeoEnvelope::~DMGeoEnvelope() = default;
-
 void DMGeoEnvelope::SetLeftUpperX(double value) { leftUpperX_ = {value, true}; }
 
 void DMGeoEnvelope::SetLeftUpperY(double value) { leftUpperY_ = {value, true}; }

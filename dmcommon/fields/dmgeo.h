@@ -24,9 +24,9 @@ class DMCOMMON_EXPORT DMGeoEnvelope {
   /// others; an absent or unreadable one (including "INF", "-INF" and "NaN")
   /// leaves that coordinate unset. Never fails as a whole.
   explicit DMGeoEnvelope(const DmExtension::DMXMLWrapper& element);
-  DMGeoEnvelope(const DMGeoEnvelope& other);
-  DMGeoEnvelope& operator=(const DMGeoEnvelope& other);
-  ~DMGeoEnvelope();
+  DMGeoEnvelope(const DMGeoEnvelope& other) = default;
+  DMGeoEnvelope& operator=(const DMGeoEnvelope& other) = default;
+  ~DMGeoEnvelope() = default;
 
   /// Stores the left upper X coordinate and marks it set.
   void SetLeftUpperX(double value);

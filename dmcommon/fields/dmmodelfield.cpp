@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "dmcommon/fields/dmfield.h"
 #include "dmcommon/values/dmvalue_internal.h"
 #include "dmcommon/xml/dmxmlresult.h"
 #include "dmcommon/xml/dmxmlwrapper.h"
@@ -22,18 +23,27 @@ namespace {
 // Not in the vocabulary: other components write exactly this name.
 constexpr char kExtendedRoleAttribute[] = "extendedRole";
 
-// The storage a target value is read as, straight to the datum type. Unknown
-// storage is left out on purpose: a value of unknown storage cannot be read,
-// so naming it is a failure like any text that is no storage at all.
-constexpr DMEnumDictEntry kTargetStorageDict[] = {
-    {DMDatum::IntegerType, XMLEntities::Integer},
-    {DMDatum::RealType, XMLEntities::Real},
-    {DMDatum::StringType, XMLEntities::String},
-    {DMDatum::RealType, XMLEntities::Date},
-    {DMDatum::RealType, XMLEntities::Time},
-    {DMDatum::RealType, XMLEntities::Timestamp},
-    {0, nullptr},
-};
+// The datum type a value of `storage` is read as; false for Unknown, whose
+// values cannot be read, so naming it fails like any text that is no storage.
+[[nodiscard]] bool DatumTypeOf(DMField::StorageType storage, DMDatum::DataType& type) {
+  switch (storage) {
+    case DMField::StorageType::Unknown:
+      return false;
+    case DMField::StorageType::Integer:
+      type = DMDatum::IntegerType;
+      return true;
+    case DMField::StorageType::String:
+      type = DMDatum::StringType;
+      return true;
+    case DMField::StorageType::Real:
+    case DMField::StorageType::Date:
+    case DMField::StorageType::Time:
+    case DMField::StorageType::Timestamp:
+      type = DMDatum::RealType;
+      return true;
+  }
+  return false;
+}
 
 // Reads attributes through the element handle; a target value goes through
 // the library's datum reader, whose failure code is the only failure.
@@ -140,9 +150,10 @@ template <typename Access>
   if (!found) return true;
   std::string storage;
   if (!access.Text(XMLAttributes::TargetFieldStorage, storage, found) || !found) return false;
-  const int row = DMEnumDict::IndexOfText(kTargetStorageDict, storage.c_str());
+  const int row = DMEnumDict::IndexOfText(gStorageDict, storage.c_str());
   if (row < 0) return false;
-  const auto type = static_cast<DMDatum::DataType>(kTargetStorageDict[row].value);
+  DMDatum::DataType type = DMDatum::IntegerType;
+  if (!DatumTypeOf(static_cast<DMField::StorageType>(gStorageDict[row].value), type)) return false;
   return access.Datum(XMLAttributes::Value, type, value);
 }
 

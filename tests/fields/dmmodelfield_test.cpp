@@ -525,7 +525,8 @@ TEST(DMModelFieldTest, WritesTheTargetValueWithItsStorage) {
       {DMDatum(42LL),
        R"(<Root><ModelField role="probability" targetFieldStorage="integer" value="42"/></Root>)"},
       {DMDatum(-9223372036854775807LL - 1),
-       R"(<Root><ModelField role="probability" targetFieldStorage="integer" value="-9223372036854775808"/></Root>)"},
+       R"(<Root><ModelField role="probability" targetFieldStorage="integer")"
+       R"( value="-9223372036854775808"/></Root>)"},
       {DMDatum(2.5),
        R"(<Root><ModelField role="probability" targetFieldStorage="real" value="2.5"/></Root>)"},
       {DMDatum(0.1),
@@ -615,9 +616,8 @@ TEST(DMModelFieldTest, ReadsARealTargetValueBackEqualThroughTheElementView) {
 TEST(DMModelFieldTest, KeepsFifteenSignificantDigitsOfARealTargetValue) {
   const DMModelField field =
       Make(DMModelField::Probability, "", Feature::None, "", DMDatum(1.0 / 3.0), "", "");
-  EXPECT_EQ(
-      Written(field),
-      R"(<Root><ModelField role="probability" targetFieldStorage="real" value="0.333333333333333"/></Root>)");
+  EXPECT_EQ(Written(field), R"(<Root><ModelField role="probability" targetFieldStorage="real")"
+                            R"( value="0.333333333333333"/></Root>)");
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "dmcommon/fields/dmgeo.h"
+#include "dmcommon/fields/dmmodelfield.h"
 #include "dmcommon/formats/dmformat.h"
 #include "dmcommon/stats/dmcatstatsimp.h"
 #include "dmcommon/stats/dmcontstats.h"
@@ -90,6 +92,8 @@ DMField::DMField(const DMField& other)
       valueLabels_(other.valueLabels_),
       formatReference_(other.formatReference_),
       privateFormat_(other.privateFormat_ ? other.privateFormat_->Clone() : nullptr),
+      modelField_(other.modelField_ ? std::make_unique<DMModelField>(*other.modelField_) : nullptr),
+      geo_(other.geo_ ? std::make_unique<DMGeo>(*other.geo_) : nullptr),
       catStats_(other.catStats_ ? other.catStats_->Clone() : nullptr),
       contStats_(other.contStats_ ? other.contStats_->Clone() : nullptr),
       baseField_(other.baseField_ ? std::make_unique<DMField>(*other.baseField_) : nullptr) {}
@@ -116,6 +120,8 @@ DMField& DMField::operator=(const DMField& other) {
   valueLabels_ = std::move(copy.valueLabels_);
   formatReference_ = std::move(copy.formatReference_);
   privateFormat_ = std::move(copy.privateFormat_);
+  modelField_ = std::move(copy.modelField_);
+  geo_ = std::move(copy.geo_);
   catStats_ = std::move(copy.catStats_);
   contStats_ = std::move(copy.contStats_);
   baseField_ = std::move(copy.baseField_);
@@ -137,6 +143,8 @@ const DMMissingValues& DMField::GetMissingValues() const { return missingValues_
 const std::vector<DMValue>& DMField::GetValueLabels() const { return valueLabels_; }
 const DMFormat* DMField::GetPrivateFormat() const { return privateFormat_.get(); }
 std::string DMField::GetFormatReference() const { return formatReference_; }
+const DMModelField* DMField::GetModelField() const { return modelField_.get(); }
+const DMGeo* DMField::GetGeo() const { return geo_.get(); }
 const DMCatStats* DMField::GetCatStats() const { return catStats_.get(); }
 const DMContStats* DMField::GetContStats() const { return contStats_.get(); }
 const DMField* DMField::GetBaseField() const { return baseField_.get(); }
@@ -229,6 +237,28 @@ bool DMField::SetFormatReference(const std::string& name) {
   }
   formatReference_ = name;
   privateFormat_.reset();
+  return true;
+}
+
+bool DMField::SetModelField(const DMModelField* modelField) {
+  if (name_.empty()) return false;
+  if (modelField == nullptr) {
+    modelField_.reset();
+    return true;
+  }
+  // Unset is what a model field that failed to read comes out as.
+  if (modelField->GetMFRole() == DMModelField::Unset) return false;
+  modelField_ = std::make_unique<DMModelField>(*modelField);
+  return true;
+}
+
+bool DMField::SetGeo(const DMGeo* geo) {
+  if (name_.empty()) return false;
+  if (geo == nullptr) {
+    geo_.reset();
+    return true;
+  }
+  geo_ = std::make_unique<DMGeo>(*geo);
   return true;
 }
 

@@ -16,6 +16,8 @@
 class DMCatStats;
 class DMContStats;
 class DMFormat;
+class DMGeo;
+class DMModelField;
 
 /// One field (variable) of a dataset: its name, measurement level, storage,
 /// role, list structure, label, valid range, category values, user-missing
@@ -123,6 +125,10 @@ class DMCOMMON_EXPORT DMField {
   const DMFormat* GetPrivateFormat() const;
   /// The name of the shared format the field uses; empty when it uses none.
   std::string GetFormatReference() const;
+  /// The model-field information, owned by the field; null when absent.
+  const DMModelField* GetModelField() const;
+  /// The geospatial information, owned by the field; null when absent.
+  const DMGeo* GetGeo() const;
   /// The categorical statistics, owned by the field; null when absent.
   const DMCatStats* GetCatStats() const;
   /// The continuous statistics, owned by the field; null when absent.
@@ -180,6 +186,13 @@ class DMCOMMON_EXPORT DMField {
   /// private format; an empty `name` only clears the reference. Returns false,
   /// changing nothing, when the field has no name.
   bool SetFormatReference(const std::string& name);
+  /// Stores a copy of `modelField`; null releases the current one. Returns
+  /// false, changing nothing, when the field has no name or the model field's
+  /// role is `DMModelField::Unset`. The caller keeps `modelField`.
+  bool SetModelField(const DMModelField* modelField);
+  /// Stores a copy of `geo`; null releases the current one. Returns false,
+  /// changing nothing, when the field has no name. The caller keeps `geo`.
+  bool SetGeo(const DMGeo* geo);
   /// Sets the measurement level and drops what the new level cannot carry:
   /// Continuous drops the category values and categorical statistics; a
   /// categorical level resets the range and drops the continuous statistics;
@@ -240,6 +253,8 @@ class DMCOMMON_EXPORT DMField {
   std::vector<DMValue> valueLabels_;
   std::string formatReference_;
   std::unique_ptr<DMFormat> privateFormat_;
+  std::unique_ptr<DMModelField> modelField_;
+  std::unique_ptr<DMGeo> geo_;
   std::unique_ptr<DMCatStats> catStats_;
   std::unique_ptr<DMContStats> contStats_;
   std::unique_ptr<DMField> baseField_;

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include "dmcommon/fields/dmgeo.h"
+#include "dmcommon/fields/dmmodelfield.h"
 #include "dmcommon/formats/dmdateformat.h"
 #include "dmcommon/formats/dmdecoratedformat.h"
 #include "dmcommon/formats/dmformat.h"
@@ -168,6 +170,25 @@ void ExpectSameField(const DMField& actual, const DMField& expected) {
     EXPECT_EQ(actual.GetPrivateFormat()->GetWidth(), expected.GetPrivateFormat()->GetWidth());
     EXPECT_EQ(actual.GetPrivateFormat()->GetName(), expected.GetPrivateFormat()->GetName());
   }
+  ASSERT_EQ(actual.GetModelField() == nullptr, expected.GetModelField() == nullptr);
+  if (expected.GetModelField() != nullptr) {
+    EXPECT_EQ(actual.GetModelField()->GetMFRole(), expected.GetModelField()->GetMFRole());
+    EXPECT_EQ(actual.GetModelField()->GetMFExtendedRole(),
+              expected.GetModelField()->GetMFExtendedRole());
+    EXPECT_EQ(actual.GetModelField()->GetMFRuleFeature(),
+              expected.GetModelField()->GetMFRuleFeature());
+  }
+  ASSERT_EQ(actual.GetGeo() == nullptr, expected.GetGeo() == nullptr);
+  if (expected.GetGeo() != nullptr) {
+    bool actualSet = false;
+    bool expectedSet = false;
+    EXPECT_EQ(actual.GetGeo()->GetType(actualSet), expected.GetGeo()->GetType(expectedSet));
+    EXPECT_EQ(actualSet, expectedSet);
+    EXPECT_EQ(actual.GetGeo()->GetWkid(actualSet), expected.GetGeo()->GetWkid(expectedSet));
+    EXPECT_EQ(actualSet, expectedSet);
+    EXPECT_EQ(actual.GetGeo()->GetCsname(actualSet), expected.GetGeo()->GetCsname(expectedSet));
+    EXPECT_EQ(actualSet, expectedSet);
+  }
   ASSERT_EQ(actual.GetCatStats() == nullptr, expected.GetCatStats() == nullptr);
   if (expected.GetCatStats() != nullptr) {
     ASSERT_EQ(actual.GetCatStats()->GetNCats(), expected.GetCatStats()->GetNCats());
@@ -208,6 +229,8 @@ void ExpectDefaultsBeyondTheFour(const DMField& field) {
   EXPECT_FALSE(field.GetMissingValues().IsWhiteSpMissing());
   EXPECT_TRUE(field.GetValueLabels().empty());
   EXPECT_EQ(field.GetFormatReference(), "");
+  EXPECT_EQ(field.GetModelField(), nullptr);
+  EXPECT_EQ(field.GetGeo(), nullptr);
   EXPECT_EQ(field.GetPrivateFormat(), nullptr);
   EXPECT_EQ(field.GetCatStats(), nullptr);
   EXPECT_EQ(field.GetContStats(), nullptr);
@@ -408,6 +431,14 @@ TEST(DMFieldTest, DefaultFieldRefusesEverySetterButMaxStringLengthAndLabel) {
   EXPECT_FALSE(field.SetPrivateFormat(nullptr));
   EXPECT_FALSE(field.SetFormatReference("shared"));
   EXPECT_FALSE(field.SetFormatReference(""));
+  const DMModelField modelField(DMModelField::Probability, "",
+                                DMModelField::MFRuleFeatureType::None);
+  EXPECT_FALSE(field.SetModelField(&modelField));
+  EXPECT_FALSE(field.SetModelField(nullptr));
+  DMGeo geo;
+  geo.SetType(DMGeo::Point);
+  EXPECT_FALSE(field.SetGeo(&geo));
+  EXPECT_FALSE(field.SetGeo(nullptr));
   EXPECT_FALSE(field.SetFieldType(Type::Continuous));
   DMCatStatsInt catStats;
   EXPECT_FALSE(field.SetSumStats(&catStats));
@@ -799,6 +830,406 @@ TEST(DMFieldTest, SetBaseFieldReplacesTheOldBaseEvenWithItself) {
   ASSERT_NE(field.GetBaseField(), nullptr);
   EXPECT_EQ(field.GetBaseField()->GetName(), "second");
   EXPECT_EQ(field.GetBaseField()->GetType(), Type::Ordinal);
+}
+
+// ---------------------------------------------------------------------------
+// Model field and geo
+
+TEST(DMFieldTest, SetModelFieldStoresAPrivateCopyAndNullReleasesIt) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  DMModelField modelField(DMModelField::Extended, "score", DMModelField::MFRuleFeatureType::Lift);
+  EXPECT_TRUE(field.SetModelField(&modelField));
+  ASSERT_NE(field.GetModelField(), nullptr);
+  EXPECT_NE(field.GetModelField(), &modelField);
+  EXPECT_EQ(field.GetModelField()->GetMFRole(), DMModelField::Extended);
+  EXPECT_EQ(field.GetModelField()->GetMFExtendedRole(), "score");
+  EXPECT_EQ(field.GetModelField()->GetMFRuleFeature(), DMModelField::MFRuleFeatureType::Lift);
+
+  const DMModelField other(DMModelField::Residual, "", DMModelField::MFRuleFeatureType::None);
+  EXPECT_TRUE(field.SetModelField(&other));
+  EXPECT_EQ(field.GetModelField()->GetMFRole(), DMModelField::Residual);
+
+  EXPECT_TRUE(field.SetModelField(nullptr));
+  EXPECT_EQ(field.GetModelField(), nullptr);
+}
+
+TEST(DMFieldTest, SetModelFieldRefusesAnUnsetRole) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  const DMModelField valid(DMModelField::Probability, "", DMModelField::MFRuleFeatureType::None);
+  ASSERT_TRUE(field.SetModelField(&valid));
+  const DMModelField unset;
+  ASSERT_EQ(unset.GetMFRole(), DMModelField::Unset);
+  EXPECT_FALSE(field.SetModelField(&unset));
+  ASSERT_NE(field.GetModelField(), nullptr);
+  EXPECT_EQ(field.GetModelField()->GetMFRole(), DMModelField::Probability);
+}
+
+TEST(DMFieldTest, SetGeoStoresAPrivateCopyAndNullReleasesIt) {
+  DMField field = Named(Type::Typeless, Storage::String);
+  DMGeo geo;
+  geo.SetType(DMGeo::Polygon);
+  geo.SetWkid(4326);
+  EXPECT_TRUE(field.SetGeo(&geo));
+  ASSERT_NE(field.GetGeo(), nullptr);
+  EXPECT_NE(field.GetGeo(), &geo);
+  bool isSet = false;
+  EXPECT_EQ(field.GetGeo()->GetType(isSet), DMGeo::Polygon);
+  EXPECT_TRUE(isSet);
+  EXPECT_EQ(field.GetGeo()->GetWkid(isSet), 4326);
+  EXPECT_TRUE(isSet);
+
+  geo.SetWkid(3857);
+  EXPECT_EQ(field.GetGeo()->GetWkid(isSet), 4326);
+
+  EXPECT_TRUE(field.SetGeo(&geo));
+  EXPECT_EQ(field.GetGeo()->GetWkid(isSet), 3857);
+  EXPECT_TRUE(field.SetGeo(nullptr));
+  EXPECT_EQ(field.GetGeo(), nullptr);
+}
+
+// ---------------------------------------------------------------------------
+// Deep copy and assignment
+
+// A categorical field with every component a categorical field can hold.
+DMField CategoricalFieldWithEverything() {
+  DMField field("colour", Type::Nominal, Storage::Integer, Role::Target);
+  field.SetSubRole("primary");
+  field.SetMaxStringLength(12);
+  field.SetLabel("Colour");
+  field.SetStructure(Structure::List);
+  field.SetStructureStorage(Storage::Integer);
+  field.SetDepth(1);
+  field.SetElementCount(4);
+  field.SetValues(ListOf({Int(1), Int(2), Int(3)}));
+  field.SetMissingValues(DMMissingValues(DMRange(), ListOf({Int(-1)}), false, true));
+  field.SetValueLabels(ListOf({Int(1), Int(2)}));
+  DMNumberFormat format(DMNumberFormat::Standard, 8, 2);
+  format.SetName("two places");
+  EXPECT_TRUE(field.SetPrivateFormat(&format));
+  const DMModelField modelField(DMModelField::PredictedValue, "",
+                                DMModelField::MFRuleFeatureType::None);
+  EXPECT_TRUE(field.SetModelField(&modelField));
+  DMGeo geo;
+  geo.SetType(DMGeo::Point);
+  geo.SetCsname("WGS 84");
+  EXPECT_TRUE(field.SetGeo(&geo));
+  DMCatStatsInt stats;
+  EXPECT_TRUE(stats.Update(1, 2.0));
+  EXPECT_TRUE(stats.Update(3, 5.0));
+  EXPECT_TRUE(field.SetSumStats(&stats));
+  DMField base("colour_raw", Type::Nominal, Storage::String, Role::Input);
+  base.SetValues(ListOf({Text("red"), Text("green")}));
+  field.SetBaseField(base);
+  return field;
+}
+
+// A continuous field with its range and continuous statistics.
+DMField ContinuousFieldWithEverything() {
+  DMField field("height", Type::Continuous, Storage::Real, Role::Input);
+  field.SetRange(DMRange(Real(0.5), Real(2.5)));
+  EXPECT_TRUE(field.SetFormatReference("metres"));
+  DMContStatsDbl stats;
+  stats.Update(1.75);
+  stats.Update(1.5, 2.0, 1.0);
+  EXPECT_TRUE(field.SetSumStats(&stats));
+  return field;
+}
+
+void ExpectDistinctComponents(const DMField& copy, const DMField& source) {
+  EXPECT_TRUE(copy.GetPrivateFormat() == nullptr ||
+              copy.GetPrivateFormat() != source.GetPrivateFormat());
+  EXPECT_TRUE(copy.GetModelField() == nullptr || copy.GetModelField() != source.GetModelField());
+  EXPECT_TRUE(copy.GetGeo() == nullptr || copy.GetGeo() != source.GetGeo());
+  EXPECT_TRUE(copy.GetCatStats() == nullptr || copy.GetCatStats() != source.GetCatStats());
+  EXPECT_TRUE(copy.GetContStats() == nullptr || copy.GetContStats() != source.GetContStats());
+  EXPECT_TRUE(copy.GetBaseField() == nullptr || copy.GetBaseField() != source.GetBaseField());
+}
+
+TEST(DMFieldTest, CopyOfAFieldWithAllComponentsHasIndependentEqualComponents) {
+  const DMField source = CategoricalFieldWithEverything();
+  ASSERT_NE(source.GetPrivateFormat(), nullptr);
+  ASSERT_NE(source.GetModelField(), nullptr);
+  ASSERT_NE(source.GetGeo(), nullptr);
+  ASSERT_NE(source.GetCatStats(), nullptr);
+  ASSERT_NE(source.GetBaseField(), nullptr);
+
+  auto copy = std::make_unique<DMField>(source);
+  ExpectSameField(*copy, source);
+  ExpectDistinctComponents(*copy, source);
+  EXPECT_NE(dynamic_cast<const DMCatStatsInt*>(copy->GetCatStats()), nullptr);
+  EXPECT_NE(dynamic_cast<const DMNumberFormat*>(copy->GetPrivateFormat()), nullptr);
+
+  // Deleting the copy leaves the source whole.
+  copy.reset();
+  const DMField fresh = CategoricalFieldWithEverything();
+  ExpectSameField(source, fresh);
+  EXPECT_EQ(source.GetCatStats()->GetCatWeight(1), 5.0);
+}
+
+TEST(DMFieldTest, CopyOfAContinuousFieldClonesItsStatistics) {
+  const DMField source = ContinuousFieldWithEverything();
+  ASSERT_NE(source.GetContStats(), nullptr);
+  const DMField copy(source);
+  ExpectSameField(copy, source);
+  ExpectDistinctComponents(copy, source);
+  EXPECT_NE(dynamic_cast<const DMContStatsDbl*>(copy.GetContStats()), nullptr);
+  EXPECT_EQ(copy.GetContStats()->GetSumFreqWeights(), 3.0);
+}
+
+TEST(DMFieldTest, CopyOfADefaultFieldKeepsEveryComponentNull) {
+  const DMField source;
+  const DMField copy(source);
+  ExpectSameField(copy, source);
+  ExpectDefaultsBeyondTheFour(copy);
+}
+
+TEST(DMFieldTest, AssignmentReplacesEveryMemberAndComponent) {
+  DMField target = CategoricalFieldWithEverything();
+  const DMField source = ContinuousFieldWithEverything();
+  target = source;
+  ExpectSameField(target, source);
+  ExpectDistinctComponents(target, source);
+  EXPECT_EQ(target.GetCatStats(), nullptr);
+  EXPECT_EQ(target.GetModelField(), nullptr);
+  EXPECT_EQ(target.GetBaseField(), nullptr);
+
+  target = CategoricalFieldWithEverything();
+  ExpectSameField(target, CategoricalFieldWithEverything());
+  EXPECT_EQ(target.GetContStats(), nullptr);
+}
+
+TEST(DMFieldTest, AssignmentToAnUnnamedFieldMakesItUsable) {
+  DMField field;
+  field = Named(Type::Nominal, Storage::Integer);
+  field.SetRole(Role::Split);
+  EXPECT_EQ(field.GetName(), "age");
+  EXPECT_EQ(field.GetRole(), Role::Split);
+}
+
+TEST(DMFieldTest, AssignmentToItselfChangesNothing) {
+  DMField field = CategoricalFieldWithEverything();
+  const DMFormat* format = field.GetPrivateFormat();
+  const DMField* base = field.GetBaseField();
+  DMField& alias = field;
+  field = alias;
+  ExpectSameField(field, CategoricalFieldWithEverything());
+  EXPECT_EQ(field.GetPrivateFormat(), format);
+  EXPECT_EQ(field.GetBaseField(), base);
+}
+
+TEST(DMFieldTest, AssignmentFromItsOwnBaseFieldCopiesBeforeReleasing) {
+  DMField field = CategoricalFieldWithEverything();
+  const DMField expected = *field.GetBaseField();
+  field = *field.GetBaseField();
+  ExpectSameField(field, expected);
+  EXPECT_EQ(field.GetBaseField(), nullptr);
+}
+
+// ---------------------------------------------------------------------------
+// SetFieldType
+
+struct FieldTypeCase {
+  Type from;
+  Type to;
+  bool keepsItsOwn;  // values and categorical statistics, or range and
+                     // continuous statistics, as the field had them
+};
+
+TEST(DMFieldTest, SetFieldTypeDropsWhatTheNewLevelCannotCarry) {
+  std::vector<FieldTypeCase> cases;
+  for (Type to : kAllTypes) {
+    const bool categorical =
+        to == Type::Nominal || to == Type::Ordinal || to == Type::Flag || to == Type::Discrete;
+    cases.push_back({Type::Nominal, to, categorical});
+    cases.push_back({Type::Continuous, to, to == Type::Continuous});
+  }
+  for (const FieldTypeCase& row : cases) {
+    SCOPED_TRACE(std::to_string(static_cast<unsigned>(row.from)) + " to " +
+                 std::to_string(static_cast<unsigned>(row.to)));
+    DMField field = row.from == Type::Nominal ? CategoricalFieldWithEverything()
+                                              : ContinuousFieldWithEverything();
+    const DMField before = field;
+    EXPECT_TRUE(field.SetFieldType(row.to));
+    EXPECT_EQ(field.GetType(), row.to);
+    if (row.from == Type::Nominal) {
+      EXPECT_TRUE(SameValues(field.GetValues(),
+                             row.keepsItsOwn ? before.GetValues() : std::vector<DMValue>()));
+      EXPECT_EQ(field.GetCatStats() != nullptr, row.keepsItsOwn);
+    } else {
+      EXPECT_TRUE(SameRange(field.GetRange(), row.keepsItsOwn ? before.GetRange() : DMRange()));
+      EXPECT_EQ(field.GetContStats() != nullptr, row.keepsItsOwn);
+    }
+    // Nothing else moves.
+    EXPECT_TRUE(SameValues(field.GetValueLabels(), before.GetValueLabels()));
+    EXPECT_TRUE(SameMissingValues(field.GetMissingValues(), before.GetMissingValues()));
+    EXPECT_EQ(field.GetFormatReference(), before.GetFormatReference());
+    EXPECT_EQ(field.GetPrivateFormat() != nullptr, before.GetPrivateFormat() != nullptr);
+    EXPECT_EQ(field.GetModelField() != nullptr, before.GetModelField() != nullptr);
+    EXPECT_EQ(field.GetGeo() != nullptr, before.GetGeo() != nullptr);
+    EXPECT_EQ(field.GetBaseField() != nullptr, before.GetBaseField() != nullptr);
+  }
+}
+
+TEST(DMFieldTest, SetFieldTypeToContinuousAndBackLeavesNothingOfEither) {
+  DMField field = Named(Type::Nominal, Storage::Integer);
+  field.SetValues(ListOf({Int(1), Int(2)}));
+  DMCatStatsInt catStats;
+  ASSERT_TRUE(catStats.Update(1, 1.0));
+  ASSERT_TRUE(field.SetSumStats(&catStats));
+
+  EXPECT_TRUE(field.SetFieldType(Type::Continuous));
+  EXPECT_TRUE(field.GetValues().empty());
+  EXPECT_EQ(field.GetCatStats(), nullptr);
+
+  field.SetRange(DMRange(Int(1), Int(9)));
+  ASSERT_TRUE(SameRange(field.GetRange(), DMRange(Int(1), Int(9))));
+  EXPECT_TRUE(field.SetFieldType(Type::Nominal));
+  EXPECT_TRUE(SameRange(field.GetRange(), DMRange()));
+  EXPECT_TRUE(field.GetRange().IsEmpty());
+  EXPECT_TRUE(field.GetValues().empty());
+  EXPECT_EQ(field.GetCatStats(), nullptr);
+}
+
+// ---------------------------------------------------------------------------
+// Statistics
+
+enum class CatKind { Int, Dbl, Str };
+
+std::unique_ptr<DMCatStats> CatStatsOf(CatKind kind) {
+  switch (kind) {
+    case CatKind::Int:
+      return std::make_unique<DMCatStatsInt>();
+    case CatKind::Dbl:
+      return std::make_unique<DMCatStatsDbl>();
+    case CatKind::Str:
+      return std::make_unique<DMCatStatsStr>();
+  }
+  return nullptr;
+}
+
+struct CatStatsCase {
+  Storage storage;
+  std::set<CatKind> accepted;
+};
+
+TEST(DMFieldTest, SetCategoricalStatisticsTakesTheClassThatSuitsTheStorage) {
+  const CatStatsCase cases[] = {
+      {Storage::Unknown, {}},
+      {Storage::Integer, {CatKind::Int}},
+      {Storage::Real, {CatKind::Dbl}},
+      {Storage::String, {CatKind::Str}},
+      {Storage::Date, {CatKind::Dbl}},
+      {Storage::Time, {CatKind::Dbl}},
+      {Storage::Timestamp, {CatKind::Dbl}},
+  };
+  for (const CatStatsCase& row : cases) {
+    for (CatKind kind : {CatKind::Int, CatKind::Dbl, CatKind::Str}) {
+      SCOPED_TRACE(std::to_string(static_cast<unsigned>(row.storage)) + " with kind " +
+                   std::to_string(static_cast<int>(kind)));
+      DMField field = Named(Type::Ordinal, row.storage);
+      const std::unique_ptr<DMCatStats> stats = CatStatsOf(kind);
+      const bool suits = row.accepted.count(kind) == 1;
+      EXPECT_EQ(field.SetSumStats(stats.get()), suits);
+      EXPECT_EQ(field.GetCatStats() != nullptr, suits);
+      EXPECT_NE(field.GetCatStats(), stats.get());
+    }
+  }
+}
+
+TEST(DMFieldTest, SetCategoricalStatisticsNeedsACategoricalField) {
+  for (Type type : kAllTypes) {
+    SCOPED_TRACE(static_cast<unsigned>(type));
+    DMField field = Named(type, Storage::String);
+    DMCatStatsStr stats;
+    ASSERT_TRUE(stats.Update("a", 1.0));
+    const bool categorical = type == Type::Nominal || type == Type::Ordinal || type == Type::Flag ||
+                             type == Type::Discrete;
+    EXPECT_EQ(field.SetSumStats(&stats), categorical);
+    EXPECT_EQ(field.SetSumStats(static_cast<const DMCatStats*>(nullptr)), categorical);
+  }
+}
+
+TEST(DMFieldTest, SetCategoricalStatisticsReplacesWithACloneAndNullReleases) {
+  DMField field = Named(Type::Discrete, Storage::Real);
+  DMCatStatsDbl first;
+  ASSERT_TRUE(first.Update(1.5, 2.0));
+  ASSERT_TRUE(field.SetSumStats(&first));
+  DMCatStatsDbl second;
+  ASSERT_TRUE(second.Update(2.5, 1.0));
+  ASSERT_TRUE(second.Update(3.5, 1.0));
+  EXPECT_TRUE(field.SetSumStats(&second));
+  ASSERT_NE(field.GetCatStats(), nullptr);
+  EXPECT_EQ(field.GetCatStats()->GetNCats(), 2U);
+  ASSERT_TRUE(second.Update(4.5, 1.0));
+  EXPECT_EQ(field.GetCatStats()->GetNCats(), 2U);
+
+  // A refused class leaves the statistics held.
+  const DMCatStatsInt wrong;
+  EXPECT_FALSE(field.SetSumStats(&wrong));
+  EXPECT_EQ(field.GetCatStats()->GetNCats(), 2U);
+
+  EXPECT_TRUE(field.SetSumStats(static_cast<const DMCatStats*>(nullptr)));
+  EXPECT_EQ(field.GetCatStats(), nullptr);
+}
+
+struct ContStatsCase {
+  Storage storage;
+  bool integer;
+  bool real;
+};
+
+TEST(DMFieldTest, SetContinuousStatisticsTakesTheClassThatSuitsTheStorage) {
+  const ContStatsCase cases[] = {
+      {Storage::Unknown, false, false},  {Storage::Integer, true, false},
+      {Storage::Real, false, true},      {Storage::String, false, false},
+      {Storage::Date, false, true},      {Storage::Time, false, true},
+      {Storage::Timestamp, false, true},
+  };
+  for (const ContStatsCase& row : cases) {
+    SCOPED_TRACE(static_cast<unsigned>(row.storage));
+    DMField field = Named(Type::Continuous, row.storage);
+    const DMContStatsInt integer;
+    EXPECT_EQ(field.SetSumStats(&integer), row.integer);
+    EXPECT_EQ(field.GetContStats() != nullptr, row.integer);
+    EXPECT_TRUE(field.SetSumStats(static_cast<const DMContStats*>(nullptr)));
+    const DMContStatsDbl real;
+    EXPECT_EQ(field.SetSumStats(&real), row.real);
+    EXPECT_EQ(field.GetContStats() != nullptr, row.real);
+    EXPECT_NE(field.GetContStats(), &real);
+  }
+}
+
+TEST(DMFieldTest, SetContinuousStatisticsNeedsAContinuousField) {
+  for (Type type : kAllTypes) {
+    SCOPED_TRACE(static_cast<unsigned>(type));
+    DMField field = Named(type, Storage::Integer);
+    DMContStatsInt stats;
+    stats.Update(7LL);
+    const bool continuous = type == Type::Continuous;
+    EXPECT_EQ(field.SetSumStats(&stats), continuous);
+    EXPECT_EQ(field.GetContStats() != nullptr, continuous);
+    EXPECT_EQ(field.SetSumStats(static_cast<const DMContStats*>(nullptr)), continuous);
+    EXPECT_EQ(field.GetContStats(), nullptr);
+  }
+}
+
+TEST(DMFieldTest, SetContinuousStatisticsReplacesWithAClone) {
+  DMField field = Named(Type::Continuous, Storage::Integer);
+  DMContStatsInt first;
+  first.Update(1LL);
+  ASSERT_TRUE(field.SetSumStats(&first));
+  DMContStatsInt second;
+  second.Update(5LL);
+  second.Update(9LL);
+  EXPECT_TRUE(field.SetSumStats(&second));
+  second.Update(100LL);
+  ASSERT_NE(field.GetContStats(), nullptr);
+  EXPECT_EQ(field.GetContStats()->GetSumFreqWeights(), 2.0);
+  EXPECT_EQ(field.GetContStats()->GetExtrema(), std::make_pair(5.0, 9.0));
+
+  const DMContStatsDbl wrong;
+  EXPECT_FALSE(field.SetSumStats(&wrong));
+  EXPECT_EQ(field.GetContStats()->GetSumFreqWeights(), 2.0);
 }
 
 }  // namespace

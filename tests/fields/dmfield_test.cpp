@@ -59,9 +59,6 @@ static_assert(static_cast<unsigned>(Role::None) == 7);
 static_assert(static_cast<unsigned>(Structure::List) == 0);
 static_assert(static_cast<unsigned>(Structure::Primitive) == 1);
 
-constexpr Storage kAllStorages[] = {Storage::Unknown,  Storage::Integer, Storage::Real,
-                                    Storage::String,   Storage::Date,    Storage::Time,
-                                    Storage::Timestamp};
 constexpr Type kAllTypes[] = {Type::Continuous, Type::Nominal,  Type::Ordinal, Type::Flag,
                               Type::Discrete,   Type::Typeless, Type::Unknown};
 
@@ -969,7 +966,7 @@ TEST(DMFieldTest, CopyOfAFieldWithAllComponentsHasIndependentEqualComponents) {
 TEST(DMFieldTest, CopyOfAContinuousFieldClonesItsStatistics) {
   const DMField source = ContinuousFieldWithEverything();
   ASSERT_NE(source.GetContStats(), nullptr);
-  const DMField copy(source);
+  const DMField copy(source);  // NOLINT(performance-unnecessary-copy-initialization): under test
   ExpectSameField(copy, source);
   ExpectDistinctComponents(copy, source);
   EXPECT_NE(dynamic_cast<const DMContStatsDbl*>(copy.GetContStats()), nullptr);
@@ -978,7 +975,7 @@ TEST(DMFieldTest, CopyOfAContinuousFieldClonesItsStatistics) {
 
 TEST(DMFieldTest, CopyOfADefaultFieldKeepsEveryComponentNull) {
   const DMField source;
-  const DMField copy(source);
+  const DMField copy(source);  // NOLINT(performance-unnecessary-copy-initialization): under test
   ExpectSameField(copy, source);
   ExpectDefaultsBeyondTheFour(copy);
 }

@@ -264,25 +264,15 @@ bool DMField::SetGeo(const DMGeo* geo) {
 
 bool DMField::SetFieldType(FieldType type) {
   if (name_.empty()) return false;
-  switch (type) {
-    case FieldType::Continuous:
-      values_.clear();
-      catStats_.reset();
-      break;
-    case FieldType::Nominal:
-    case FieldType::Ordinal:
-    case FieldType::Flag:
-    case FieldType::Discrete:
-      range_ = DMRange();
-      contStats_.reset();
-      break;
-    case FieldType::Typeless:
-    case FieldType::Unknown:
-      range_ = DMRange();
-      values_.clear();
-      catStats_.reset();
-      contStats_.reset();
-      break;
+  // Written as two tests rather than a switch so that a number outside the
+  // enumeration, which a caller can still cast in, drops everything too.
+  if (type != FieldType::Continuous) {
+    range_ = DMRange();
+    contStats_.reset();
+  }
+  if (!IsCategorical(type)) {
+    values_.clear();
+    catStats_.reset();
   }
   type_ = type;
   return true;

@@ -1087,6 +1087,19 @@ TEST(DMFieldTest, SetFieldTypeToContinuousAndBackLeavesNothingOfEither) {
   EXPECT_EQ(field.GetCatStats(), nullptr);
 }
 
+TEST(DMFieldTest, SetFieldTypeToANumberOutsideTheEnumerationDropsEverything) {
+  const Type outside = static_cast<Type>(9);
+  DMField categorical = CategoricalFieldWithEverything();
+  EXPECT_TRUE(categorical.SetFieldType(outside));
+  EXPECT_EQ(categorical.GetType(), outside);
+  EXPECT_TRUE(categorical.GetValues().empty());
+  EXPECT_EQ(categorical.GetCatStats(), nullptr);
+  DMField continuous = ContinuousFieldWithEverything();
+  EXPECT_TRUE(continuous.SetFieldType(outside));
+  EXPECT_TRUE(SameRange(continuous.GetRange(), DMRange()));
+  EXPECT_EQ(continuous.GetContStats(), nullptr);
+}
+
 // ---------------------------------------------------------------------------
 // Statistics
 

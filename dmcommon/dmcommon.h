@@ -35,6 +35,15 @@
 #include "dmcommon/formats/dmstringformat.h"
 #include "dmcommon/formats/dmtimeformat.h"
 
+// Fields: the field with its modelling-role and geospatial components.
+#include "dmcommon/fields/dmfield.h"
+#include "dmcommon/fields/dmgeo.h"
+#include "dmcommon/fields/dmmodelfield.h"
+
+// Statistics: categorical frequency tables and continuous summary statistics.
+#include "dmcommon/stats/dmcatstatsimp.h"
+#include "dmcommon/stats/dmcontstats.h"
+
 // Summaries: the read-only objects of a dataset-summary document.
 #include "dmcommon/summaries/dmdatasetsummaries.h"
 #include "dmcommon/summaries/dmdistributionsummary.h"
@@ -42,9 +51,5 @@
 
 // Printables: the UTF-8/UTF-16 converter used by all rendering.
 #include "dmcommon/printable/dmuncconverter.h"
-
-// Statistics: categorical frequency tables and continuous summary statistics.
-#include "dmcommon/stats/dmcatstatsimp.h"
-#include "dmcommon/stats/dmcontstats.h"
 
 #endif  // DMCOMMON_DMCOMMON_H

@@ -1,12 +1,32 @@
 #include "dmcommon/fields/dmfield.h"
 
+#include <cstddef>
+#include <memory>
+#include <string>
 #include <utility>
 
 #include "dmcommon/fields/dmgeo.h"
 #include "dmcommon/fields/dmmodelfield.h"
+#include "dmcommon/formats/dmdateformat.h"
+#include "dmcommon/formats/dmdecoratedformat.h"
 #include "dmcommon/formats/dmformat.h"
+#include "dmcommon/formats/dmnumberformat.h"
+#include "dmcommon/formats/dmstringformat.h"
+#include "dmcommon/formats/dmtimeformat.h"
 #include "dmcommon/stats/dmcatstatsimp.h"
 #include "dmcommon/stats/dmcontstats.h"
+#include "dmcommon/xml/dmxmliteratorwrapper.h"
+#include "dmcommon/xml/dmxmlresult.h"
+#include "dmcommon/xml/dmxmlwrapper.h"
+
+using DmExtension::DM_XML_FAILED;
+using DmExtension::DM_XML_NO_MORE_ITEMS;
+using DmExtension::DM_XML_OK;
+using DmExtension::DMXMLIteratorWrapper;
+using DmExtension::DMXMLWrapper;
+namespace XMLAttributes = DmCppHelperV1::XMLAttributes;
+namespace XMLElements = DmCppHelperV1::XMLElements;
+namespace XMLEntities = DmCppHelperV1::XMLEntities;
 
 namespace {
 
@@ -49,6 +69,78 @@ bool IsReversed(const DMRange& range) {
       return lower.Compare(upper) == 1;
   }
   return false;
+}
+
+// A datum as the text of a value attribute; false when it cannot be written.
+// A null datum is the empty text.
+[[nodiscard]] bool DatumText(const DMDatum& datum, std::string& text) {
+  text.clear();
+  if (datum.IsNull()) return true;
+  switch (datum.GetType()) {
+    case DMDatum::IntegerType:
+      return DMXMLWrapper::ToString(datum.GetInteger(), text);
+    case DMDatum::RealType:
+      return DMXMLWrapper::ToString(datum.GetReal(), text);
+    case DMDatum::StringType:
+      text = datum.GetString();
+      return true;
+  }
+  return false;
+}
+
+[[nodiscard]] bool WriteText(DMXMLWrapper& element, const char* name, const char* value) {
+  return element.addAttribute(name, value) == DM_XML_OK;
+}
+
+// The attributes of one `Value` element, in the order they are written.
+[[nodiscard]] bool WriteValue(DMXMLWrapper& element, const DMValue& value, bool isFlagField) {
+  std::string text;
+  // A real read from a document gives back the very text it was read from,
+  // so that rewriting a document leaves its numbers alone.
+  if (value.GetDatum().GetType() == DMDatum::RealType && !value.GetDatum().IsNull() &&
+      !value.GetValueText().empty()) {
+    text = value.GetValueText();
+  } else if (!DatumText(value.GetDatum(), text)) {
+    return false;
+  }
+  if (!WriteText(element, XMLAttributes::Value, text.c_str())) return false;
+  if (isFlagField && value.GetFlag() != 0) {
+    const char* flag = value.GetFlag() == 1 ? XMLEntities::True : XMLEntities::False;
+    if (!WriteText(element, XMLAttributes::FlagValue, flag)) return false;
+  }
+  if (value.GetPartition() != 0) {
+    const char* partition = DMEnumDict::TextOfValue(gPartitionDict, value.GetPartition());
+    if (partition == nullptr) return false;
+    if (!WriteText(element, XMLAttributes::DefinePartition, partition)) return false;
+  }
+  return value.GetLabel().empty() ||
+         WriteText(element, XMLAttributes::DisplayLabel, value.GetLabel().c_str());
+}
+
+// Replaces `values` with the direct `Value` children of `element`, read as
+// datums of `type`. A value that fails to read comes out null; it stops the
+// walk and its failure is returned, with `values` holding the ones before it.
+[[maybe_unused]] [[nodiscard]] int ReadValueList(const DMXMLWrapper& element,
+                                                 DMDatum::DataType type,
+                                                 std::vector<DMValue>& values) {
+  values.clear();
+  // Iterators come from a non-const handle; a local view of the same element
+  // owns them and releases them on return.
+  DMXMLWrapper view(element.getElement());
+  DMXMLIteratorWrapper* children = nullptr;
+  if (int rc = view.getElementDirectIterator(XMLElements::Value, &children); rc != DM_XML_OK) {
+    return rc;
+  }
+  for (;;) {
+    void* item = nullptr;
+    const int rc = children->nextItem(&item);
+    if (rc == DM_XML_NO_MORE_ITEMS) return DM_XML_OK;
+    if (rc != DM_XML_OK) return rc;
+    if (item == nullptr) return DM_XML_FAILED;
+    DMValue value(*static_cast<DMXMLWrapper*>(item), type);
+    if (value.GetDatum().IsNull()) return DM_XML_FAILED;
+    values.push_back(std::move(value));
+  }
 }
 
 }  // namespace
@@ -389,4 +481,78 @@ bool DMField::MatchesFormat(StorageType storage, const DMFormat& format) {
       return false;
   }
   return false;
+}
+
+void DMField::AddValuesToTree(const std::vector<DMValue>& values, DMXMLWrapper& parent,
+                              DMXMLWrapper*& created, bool isFlagField) {
+  created = nullptr;
+  if (values.empty()) return;
+  std::unique_ptr<DMXMLWrapper> list(parent.createFreeElement(XMLElements::Values));
+  if (list == nullptr) return;
+  for (const DMValue& value : values) {
+    DMXMLWrapper* item = nullptr;
+    if (list->addElement(XMLElements::Value, &item) != DM_XML_OK || item == nullptr) return;
+    if (!WriteValue(*item, value, isFlagField)) return;
+  }
+  if (parent.addElement(list.get()) != DM_XML_OK) return;
+  created = list.release();
+}
+
+DMFormat* DMField::FormatFromDOMNode(const DMXMLWrapper& element) {
+  std::string name;
+  if (element.getName(name) != DM_XML_OK) return nullptr;
+  std::unique_ptr<DMFormat> format;
+  if (name == XMLElements::NumberFormat) {
+    format = std::make_unique<DMNumberFormat>(element);
+  } else if (name == XMLElements::DecoratedFormat) {
+    format = std::make_unique<DMDecoratedFormat>(element);
+  } else if (name == XMLElements::StringFormat) {
+    format = std::make_unique<DMStringFormat>(element);
+  } else if (name == XMLElements::DateFormat) {
+    format = std::make_unique<DMDateFormat>(element);
+  } else if (name == XMLElements::TimeFormat) {
+    format = std::make_unique<DMTimeFormat>(element);
+  } else {
+    return nullptr;
+  }
+  // The format readers report a failed element only through a width of 0.
+  if (format->GetWidth() == 0) return nullptr;
+  return format.release();
+}
+
+void DMField::MakeCategoryMap(const DMCatStats& stats, const std::vector<DMValue>& values,
+                              std::vector<DMValue>& out) {
+  out.clear();
+  const unsigned int count = stats.GetNCats();
+  for (unsigned int i = 0; i < count; ++i) {
+    const DMDatum datum = stats.GetCatValDatum(i);
+    const int index = DMValue::GetIndex(datum, values);
+    unsigned flag = 0;
+    unsigned partition = 0;
+    if (index >= 0) {
+      flag = values[static_cast<std::size_t>(index)].GetFlag();
+      partition = values[static_cast<std::size_t>(index)].GetPartition();
+    }
+    std::string text;
+    if (datum.IsNull() || !DatumText(datum, text)) continue;
+    out.emplace_back(DMDatum(static_cast<double>(i)), text, flag, partition);
+  }
+}
+
+void DMField::MakeCategoryValueLabels(const DMCatStats& stats,
+                                      const std::vector<DMValue>& valueLabels,
+                                      std::vector<DMValue>& out) {
+  out.clear();
+  const unsigned int count = stats.GetNCats();
+  for (unsigned int i = 0; i < count; ++i) {
+    const int index = DMValue::GetIndex(stats.GetCatValDatum(i), valueLabels);
+    if (index == -2) {
+      // Labels of another type cannot name any category: none is given.
+      out.clear();
+      return;
+    }
+    if (index < 0) continue;
+    out.emplace_back(DMDatum(static_cast<double>(i)),
+                     valueLabels[static_cast<std::size_t>(index)].GetLabel());
+  }
 }

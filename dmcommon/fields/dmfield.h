@@ -19,6 +19,10 @@ class DMFormat;
 class DMGeo;
 class DMModelField;
 
+namespace DmExtension {
+class DMXMLWrapper;
+}  // namespace DmExtension
+
 /// One field (variable) of a dataset: its name, measurement level, storage,
 /// role, list structure, label, valid range, category values, user-missing
 /// values, value labels, display format (a private one or the name of a shared
@@ -234,6 +238,34 @@ class DMCOMMON_EXPORT DMField {
   /// Integer and Real take `Number` and `Decorated`, String takes `String`,
   /// Date and Timestamp take `Date`, Time takes `Time`, Unknown nothing.
   static bool MatchesFormat(StorageType storage, const DMFormat& format);
+
+  /// Writes `values` as one `Values` element with a `Value` child per value,
+  /// in order, and appends it to `parent`; `created` receives it, owned by
+  /// `parent`. `isFlagField` writes the flag of values that have one. An empty
+  /// `values` writes nothing. `created` is null when nothing was written: an
+  /// empty list, a partition above 3, or a failed add, which leaves `parent`
+  /// untouched.
+  static void AddValuesToTree(const std::vector<DMValue>& values, DmExtension::DMXMLWrapper& parent,
+                              DmExtension::DMXMLWrapper*& created, bool isFlagField);
+  /// A new format read from a `NumberFormat`, `DecoratedFormat`,
+  /// `StringFormat`, `DateFormat` or `TimeFormat` element; the caller owns it.
+  /// Null for an element of any other name or one whose read failed (a
+  /// format of width 0).
+  static DMFormat* FormatFromDOMNode(const DmExtension::DMXMLWrapper& element);
+  /// Numbers the categories of `stats` for callers outside the library: one
+  /// value per category whose datum is the category number as a real, whose
+  /// label is the category's value as text, and whose flag and partition are
+  /// those of the equal value in `values` (0 when there is none). Categories
+  /// with a null value are left out. `out` is cleared first.
+  static void MakeCategoryMap(const DMCatStats& stats, const std::vector<DMValue>& values,
+                              std::vector<DMValue>& out);
+  /// One value per category of `stats` that has a label in `valueLabels`:
+  /// its datum is the category number as a real, its label that label.
+  /// `out` is cleared first, and left empty when a category cannot be looked
+  /// up (`DMValue::GetIndex` gives -2).
+  static void MakeCategoryValueLabels(const DMCatStats& stats,
+                                      const std::vector<DMValue>& valueLabels,
+                                      std::vector<DMValue>& out);
 
  private:
   std::string name_;

@@ -30,6 +30,9 @@ namespace XMLEntities = DmCppHelperV1::XMLEntities;
 
 namespace {
 
+// Not in the vocabulary: other components write exactly this name.
+constexpr char kSubRoleAttribute[] = "subRole";
+
 bool IsCategorical(DMField::FieldType type) {
   switch (type) {
     case DMField::FieldType::Nominal:
@@ -115,6 +118,107 @@ bool IsReversed(const DMRange& range) {
   }
   return value.GetLabel().empty() ||
          WriteText(element, XMLAttributes::DisplayLabel, value.GetLabel().c_str());
+}
+
+// The entity of an enumeration value; false when the table has none.
+[[nodiscard]] bool WriteEntity(DMXMLWrapper& element, const char* name,
+                               const DMEnumDictEntry* table, unsigned value) {
+  const char* text = DMEnumDict::TextOfValue(table, value);
+  return text != nullptr && WriteText(element, name, text);
+}
+
+// A storage outside the enumeration is written as Unknown rather than
+// abandoning the field: readers then see a field of unknown storage.
+[[nodiscard]] bool WriteStorage(DMXMLWrapper& element, const char* name,
+                                DMField::StorageType storage) {
+  const char* text = DMEnumDict::TextOfValue(gStorageDict, static_cast<unsigned>(storage));
+  return WriteText(element, name, text != nullptr ? text : XMLEntities::Unknown);
+}
+
+[[nodiscard]] bool WriteIfSet(DMXMLWrapper& element, const char* name, const std::string& value) {
+  return value.empty() || WriteText(element, name, value.c_str());
+}
+
+[[nodiscard]] bool WriteBool(DMXMLWrapper& element, const char* name, bool value) {
+  return WriteText(element, name, value ? XMLEntities::True : XMLEntities::False);
+}
+
+// A range with limits in order writes its element; an empty or reversed one
+// writes nothing and succeeds.
+[[nodiscard]] bool WriteRange(DMXMLWrapper& element, const DMRange& range) {
+  if (HasNoLimits(range) || IsReversed(range)) return true;
+  DMXMLWrapper* created = nullptr;
+  range.AddToTree(element, created);
+  return created != nullptr;
+}
+
+[[nodiscard]] bool WriteValues(DMXMLWrapper& element, const std::vector<DMValue>& values,
+                               bool isFlagField) {
+  if (values.empty()) return true;
+  DMXMLWrapper* created = nullptr;
+  DMField::AddValuesToTree(values, element, created, isFlagField);
+  return created != nullptr;
+}
+
+[[nodiscard]] bool WriteMissingValues(DMXMLWrapper& element, const DMMissingValues& missing,
+                                      bool isFlagField) {
+  const DMRange& range = missing.GetMissingRange();
+  const bool emptyRange = HasNoLimits(range) || IsReversed(range);
+  if (emptyRange && missing.GetMissingValueList().empty() && missing.IsNullMissing() &&
+      !missing.IsWhiteSpMissing()) {
+    return true;
+  }
+  std::unique_ptr<DMXMLWrapper> child(element.createFreeElement(XMLElements::MissingValues));
+  if (child == nullptr) return false;
+  if (!WriteBool(*child, XMLAttributes::TreatNullAsMissing, missing.IsNullMissing())) return false;
+  if (!WriteBool(*child, XMLAttributes::TreatWhitespaceAsMissing, missing.IsWhiteSpMissing())) {
+    return false;
+  }
+  if (!WriteRange(*child, range)) return false;
+  if (!WriteValues(*child, missing.GetMissingValueList(), isFlagField)) return false;
+  if (element.addElement(child.get()) != DM_XML_OK) return false;
+  child.release();
+  return true;
+}
+
+[[nodiscard]] bool WriteValueLabels(DMXMLWrapper& element, const std::vector<DMValue>& labels,
+                                    bool isFlagField) {
+  if (labels.empty()) return true;
+  std::unique_ptr<DMXMLWrapper> child(element.createFreeElement(XMLElements::ValueLabels));
+  if (child == nullptr) return false;
+  if (!WriteValues(*child, labels, isFlagField)) return false;
+  if (element.addElement(child.get()) != DM_XML_OK) return false;
+  child.release();
+  return true;
+}
+
+// A reference names a shared format and stands alone; otherwise the private
+// format writes its own element inside.
+[[nodiscard]] bool WriteFormat(DMXMLWrapper& element, const std::string& reference,
+                               const DMFormat* format) {
+  if (reference.empty() && format == nullptr) return true;
+  std::unique_ptr<DMXMLWrapper> child(element.createFreeElement(XMLElements::FieldFormat));
+  if (child == nullptr) return false;
+  if (!reference.empty()) {
+    if (!WriteText(*child, XMLAttributes::UseNamedFormat, reference.c_str())) return false;
+  } else {
+    DMXMLWrapper* created = nullptr;
+    format->AddToTree(*child, created);
+    if (created == nullptr) return false;
+  }
+  if (element.addElement(child.get()) != DM_XML_OK) return false;
+  child.release();
+  return true;
+}
+
+// Any component that writes itself with AddToTree(parent, created); absent
+// components write nothing.
+template <typename Component>
+[[nodiscard]] bool WriteComponent(DMXMLWrapper& element, const Component* component) {
+  if (component == nullptr) return true;
+  DMXMLWrapper* created = nullptr;
+  component->AddToTree(element, created);
+  return created != nullptr;
 }
 
 // Replaces `values` with the direct `Value` children of `element`, read as
@@ -555,4 +659,61 @@ void DMField::MakeCategoryValueLabels(const DMCatStats& stats,
     out.emplace_back(DMDatum(static_cast<double>(i)),
                      valueLabels[static_cast<std::size_t>(index)].GetLabel());
   }
+}
+
+void DMField::AddToTree(DMXMLWrapper& parent, DMXMLWrapper*& created, bool isBase) const {
+  std::unique_ptr<DMXMLWrapper> element(
+      parent.createFreeElement(isBase ? XMLElements::BaseField : XMLElements::Field));
+  if (element == nullptr) return;
+  DMXMLWrapper& out = *element;
+  const bool isFlagField = type_ == FieldType::Flag;
+  if (!WriteText(out, XMLAttributes::Name, name_.c_str())) return;
+  if (!WriteStorage(out, XMLAttributes::Storage, storage_)) return;
+  if (!WriteEntity(out, XMLAttributes::Measure, gMeasureDict, static_cast<unsigned>(type_))) {
+    return;
+  }
+  if (!WriteEntity(out, XMLAttributes::Role, gRoleDict, static_cast<unsigned>(role_))) return;
+  if (!WriteIfSet(out, kSubRoleAttribute, subRole_)) return;
+  // Primitive is what a reader assumes, so only List is ever written.
+  if (structure_ == StructureType::List &&
+      !WriteEntity(out, XMLAttributes::Structure, gStructureDict,
+                   static_cast<unsigned>(structure_))) {
+    return;
+  }
+  if (structureStorage_ != StorageType::Unknown &&
+      !WriteStorage(out, XMLAttributes::StructureStorage, structureStorage_)) {
+    return;
+  }
+  if (depth_ >= 0 &&
+      out.addAttribute(XMLAttributes::Depth, static_cast<long long>(depth_)) != DM_XML_OK) {
+    return;
+  }
+  if (elementCount_ >= 0 && out.addAttribute(XMLAttributes::ElementCount,
+                                             static_cast<long long>(elementCount_)) != DM_XML_OK) {
+    return;
+  }
+  if (maxStringLength_ != 0 &&
+      out.addAttribute(XMLAttributes::MaxStringLength, static_cast<long long>(maxStringLength_)) !=
+          DM_XML_OK) {
+    return;
+  }
+  if (!WriteIfSet(out, XMLAttributes::DisplayLabel, label_)) return;
+
+  if (!WriteRange(out, range_)) return;
+  if (!WriteValues(out, values_, isFlagField)) return;
+  if (!WriteMissingValues(out, missingValues_, isFlagField)) return;
+  if (!WriteValueLabels(out, valueLabels_, isFlagField)) return;
+  if (!WriteFormat(out, formatReference_, privateFormat_.get())) return;
+  if (!WriteComponent(out, modelField_.get())) return;
+  if (!WriteComponent(out, geo_.get())) return;
+  if (!WriteComponent(out, catStats_.get())) return;
+  if (!WriteComponent(out, contStats_.get())) return;
+  // One level only: a base field's own base field is never written.
+  if (!isBase && baseField_ != nullptr) {
+    DMXMLWrapper* base = nullptr;
+    baseField_->AddToTree(out, base, true);
+    if (base == nullptr) return;
+  }
+  if (parent.addElement(element.get()) != DM_XML_OK) return;
+  created = element.release();
 }

@@ -239,6 +239,15 @@ class DMCOMMON_EXPORT DMField {
   /// Date and Timestamp take `Date`, Time takes `Time`, Unknown nothing.
   static bool MatchesFormat(StorageType storage, const DMFormat& format);
 
+  /// Writes the field as a free element of `parent`'s document, named
+  /// `BaseField` when `isBase` and `Field` otherwise, with its attributes and
+  /// components, and appends it to `parent`; `created` receives it, owned by
+  /// `parent`. The base field is written only when `isBase` is false. When any
+  /// part fails to write nothing is appended and `created` keeps the value the
+  /// caller gave it.
+  void AddToTree(DmExtension::DMXMLWrapper& parent, DmExtension::DMXMLWrapper*& created,
+                 bool isBase = false) const;
+
   /// Writes `values` as one `Values` element with a `Value` child per value,
   /// in order, and appends it to `parent`; `created` receives it, owned by
   /// `parent`. `isFlagField` writes the flag of values that have one. An empty

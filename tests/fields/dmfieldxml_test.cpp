@@ -226,4 +226,173 @@ TEST(DMFieldXmlCategoryTest, MakeCategoryValueLabelsGivesNothingForLabelsOfAnoth
   EXPECT_TRUE(out.empty());
 }
 
+// ---------------------------------------------------------------------------
+// Writing
+
+// `field` written under the root of a new document, as a base field when
+// `isBase`; "<nothing>" when no element was created.
+std::string Written(const DMField& field, bool isBase = false) {
+  DMXMLWrapper document;
+  document.createNew("Root");
+  DMXMLWrapper* created = nullptr;
+  field.AddToTree(document, created, isBase);
+  if (created == nullptr) return "<nothing>";
+  return DMFieldXmlTest::WithoutDeclaration(document);
+}
+
+DMField Named(Type type, Storage storage) { return DMField("age", type, storage, Role::Input); }
+
+TEST(DMFieldXmlWriteTest, AFieldWithOnlyANameWritesNameStorageMeasureAndRole) {
+  EXPECT_EQ(Written(DMField("age", Type::Unknown, Storage::Unknown, Role::None)),
+            "<Root><Field measure=\"unknown\" name=\"age\" role=\"none\" "
+            "storage=\"unknown\"/></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, WritesTheOptionalAttributesThatAreSet) {
+  DMField field = Named(Type::Nominal, Storage::String);
+  field.SetSubRole("key");
+  field.SetMaxStringLength(40);
+  field.SetLabel("Age in years");
+  field.SetDepth(0);
+  EXPECT_EQ(Written(field),
+            "<Root><Field depth=\"0\" displayLabel=\"Age in years\" maxStringLength=\"40\" "
+            "measure=\"nominal\" name=\"age\" role=\"input\" storage=\"string\" "
+            "subRole=\"key\"/></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, AListFieldWritesStructureStructureStorageDepthAndElementCount) {
+  DMField field = Named(Type::Typeless, Storage::String);
+  field.SetStructure(Structure::List);
+  field.SetStructureStorage(Storage::String);
+  field.SetDepth(0);
+  field.SetElementCount(3);
+  EXPECT_EQ(Written(field),
+            "<Root><Field depth=\"0\" elementCount=\"3\" measure=\"typeless\" name=\"age\" "
+            "role=\"input\" storage=\"string\" structure=\"list\" "
+            "structureStorage=\"string\"/></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, APrimitiveFieldNeverWritesStructure) {
+  DMField field = Named(Type::Typeless, Storage::String);
+  field.SetStructure(Structure::Primitive);
+  EXPECT_EQ(Written(field).find("structure"), std::string::npos);
+}
+
+TEST(DMFieldXmlWriteTest, AStorageOutsideTheEnumerationWritesUnknown) {
+  const DMField field("age", Type::Typeless, static_cast<Storage>(42), Role::Input);
+  EXPECT_EQ(Written(field),
+            "<Root><Field measure=\"typeless\" name=\"age\" role=\"input\" "
+            "storage=\"unknown\"/></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, AFormatReferenceWritesUseNamedFormatAndNoInnerFormat) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  ASSERT_TRUE(field.SetFormatReference("money"));
+  EXPECT_EQ(Written(field),
+            "<Root><Field measure=\"continuous\" name=\"age\" role=\"input\" "
+            "storage=\"real\"><FieldFormat useNamedFormat=\"money\"/></Field></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, DefaultMissingValuesAreNotWritten) {
+  DMField field = Named(Type::Continuous, Storage::Real);
+  field.SetMissingValues(DMMissingValues());
+  EXPECT_EQ(Written(field).find("MissingValues"), std::string::npos);
+}
+
+TEST(DMFieldXmlWriteTest, WhiteSpaceMissingWritesTheElementWithBothSwitches) {
+  DMField field = Named(Type::Nominal, Storage::String);
+  field.SetMissingValues(DMMissingValues(DMRange(), {}, true, true));
+  EXPECT_EQ(Written(field),
+            "<Root><Field measure=\"nominal\" name=\"age\" role=\"input\" "
+            "storage=\"string\"><MissingValues treatNullAsMissing=\"true\" "
+            "treatWhitespaceAsMissing=\"true\"/></Field></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, WritesTheChildrenInTheirOrder) {
+  DMField field = Named(Type::Flag, Storage::Integer);
+  field.SetValues({DMValue(Int(1), "yes", 1), DMValue(Int(0), "no", 2)});
+  field.SetMissingValues(
+      DMMissingValues(DMRange(Int(90), Int(99)), {DMValue(Int(-1))}, false, false));
+  field.SetValueLabels({DMValue(Int(1), "Yes")});
+  const DMNumberFormat format(DMNumberFormat::Standard, 8, 0);
+  ASSERT_TRUE(field.SetPrivateFormat(&format));
+  const DMModelField modelField(DMModelField::Probability, "",
+                                DMModelField::MFRuleFeatureType::None);
+  ASSERT_TRUE(field.SetModelField(&modelField));
+  DMGeo geo;
+  geo.SetType(DMGeo::Point);
+  ASSERT_TRUE(field.SetGeo(&geo));
+  DMCatStatsInt stats;
+  ASSERT_TRUE(stats.Update(1, 2.0));
+  ASSERT_TRUE(field.SetSumStats(&stats));
+  field.SetBaseField(Named(Type::Continuous, Storage::Integer));
+  EXPECT_EQ(Written(field),
+            "<Root><Field measure=\"flag\" name=\"age\" role=\"input\" storage=\"integer\">"
+            "<Values><Value displayLabel=\"yes\" flagValue=\"true\" value=\"1\"/>"
+            "<Value displayLabel=\"no\" flagValue=\"false\" value=\"0\"/></Values>"
+            "<MissingValues treatNullAsMissing=\"false\" treatWhitespaceAsMissing=\"false\">"
+            "<Range maxValue=\"99\" minValue=\"90\"/><Values><Value value=\"-1\"/></Values>"
+            "</MissingValues>"
+            "<ValueLabels><Values><Value displayLabel=\"Yes\" value=\"1\"/></Values>"
+            "</ValueLabels>"
+            "<FieldFormat><NumberFormat alignment=\"auto\" decimalPlaces=\"0\" "
+            "decimalSymbol=\"period\" formatType=\"standard\" groupingSymbol=\"none\" "
+            "name=\"\" width=\"8\"/></FieldFormat>"
+            "<ModelField role=\"probability\"/><Geo type=\"point\"/>"
+            "<DiscreteStatistics><Category category=\"1\" sumFreqWts=\"2\"/>"
+            "</DiscreteStatistics>"
+            "<BaseField measure=\"continuous\" name=\"age\" role=\"input\" "
+            "storage=\"integer\"/></Field></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, WritesAContinuousFieldsRangeAndStatistics) {
+  DMField field = Named(Type::Continuous, Storage::Integer);
+  field.SetRange(DMRange(Int(1), Int(9)));
+  DMContStatsInt stats;
+  ASSERT_TRUE(stats.Update(4LL));
+  ASSERT_TRUE(field.SetSumStats(&stats));
+  const std::string text = Written(field);
+  EXPECT_NE(text.find("<Field measure=\"continuous\" name=\"age\" role=\"input\" "
+                      "storage=\"integer\"><Range maxValue=\"9\" minValue=\"1\"/>"
+                      "<ContinuousStatistics"),
+            std::string::npos)
+      << text;
+}
+
+TEST(DMFieldXmlWriteTest, AReversedRangeIsNotWritten) {
+  DMField field = Named(Type::Continuous, Storage::Integer);
+  field.SetRange(DMRange());
+  EXPECT_EQ(Written(field).find("<Range"), std::string::npos);
+}
+
+TEST(DMFieldXmlWriteTest, ABaseFieldIsWrittenInsideItsFieldButNeverInsideABaseField) {
+  DMField base = Named(Type::Nominal, Storage::String);
+  base.SetName("raw");
+  DMField field = Named(Type::Nominal, Storage::String);
+  field.SetBaseField(base);
+  EXPECT_EQ(Written(field),
+            "<Root><Field measure=\"nominal\" name=\"age\" role=\"input\" "
+            "storage=\"string\"><BaseField measure=\"nominal\" name=\"raw\" "
+            "role=\"input\" storage=\"string\"/></Field></Root>");
+  EXPECT_EQ(Written(field, true),
+            "<Root><BaseField measure=\"nominal\" name=\"age\" role=\"input\" "
+            "storage=\"string\"/></Root>");
+}
+
+TEST(DMFieldXmlWriteTest, AFailedPartAbandonsTheWholeFieldAndKeepsTheOutParameter) {
+  DMField field = Named(Type::Nominal, Storage::Integer);
+  field.SetValueLabels({DMValue(Int(1), "one", 0, 9)});
+  DMXMLWrapper document;
+  document.createNew("Root");
+  DMXMLWrapper* created = nullptr;
+  field.AddToTree(document, created);
+  EXPECT_EQ(created, nullptr);
+  EXPECT_EQ(DMFieldXmlTest::WithoutDeclaration(document), "<Root/>");
+}
+
+TEST(DMFieldXmlWriteTest, AMeasureOutsideTheEnumerationAbandonsTheField) {
+  const DMField field("age", static_cast<Type>(42), Storage::Integer, Role::Input);
+  EXPECT_EQ(Written(field), "<nothing>");
+}
+
 }  // namespace

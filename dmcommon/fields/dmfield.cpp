@@ -224,9 +224,8 @@ template <typename Component>
 // Replaces `values` with the direct `Value` children of `element`, read as
 // datums of `type`. A value that fails to read comes out null; it stops the
 // walk and its failure is returned, with `values` holding the ones before it.
-[[maybe_unused]] [[nodiscard]] int ReadValueList(const DMXMLWrapper& element,
-                                                 DMDatum::DataType type,
-                                                 std::vector<DMValue>& values) {
+[[nodiscard]] int ReadValueList(const DMXMLWrapper& element, DMDatum::DataType type,
+                                std::vector<DMValue>& values) {
   values.clear();
   // Iterators come from a non-const handle; a local view of the same element
   // owns them and releases them on return.
@@ -245,6 +244,258 @@ template <typename Component>
     if (value.GetDatum().IsNull()) return DM_XML_FAILED;
     values.push_back(std::move(value));
   }
+}
+
+// Everything read from a field element, held apart from the field until all
+// of it has been read.
+struct FieldRead {
+  std::string name;
+  DMField::FieldType type = DMField::FieldType::Unknown;
+  DMField::StorageType storage = DMField::StorageType::Unknown;
+  DMField::RoleType role = DMField::RoleType::None;
+  DMField::StructureType structure = DMField::StructureType::Primitive;
+  DMField::StorageType structureStorage = DMField::StorageType::Unknown;
+  std::string subRole;
+  int maxStringLength = 0;
+  int depth = -1;
+  int elementCount = -1;
+  std::string label;
+  DMRange range;
+  std::vector<DMValue> values;
+  DMMissingValues missingValues;
+  std::vector<DMValue> valueLabels;
+  std::string formatReference;
+  std::unique_ptr<DMFormat> privateFormat;
+  std::unique_ptr<DMModelField> modelField;
+  std::unique_ptr<DMGeo> geo;
+  std::unique_ptr<DMCatStats> catStats;
+  std::unique_ptr<DMContStats> contStats;
+  std::unique_ptr<DMField> baseField;
+};
+
+// An attribute's text; an absent one reads as the empty text.
+[[nodiscard]] bool ReadText(const DMXMLWrapper& element, const char* name, std::string& value) {
+  bool found = false;
+  return element.getAttribute(name, value, found) == DM_XML_OK;
+}
+
+// An enumerated attribute; absent or empty keeps `value`, a text that no row
+// of `table` holds fails.
+template <typename Enum>
+[[nodiscard]] bool ReadEntity(const DMXMLWrapper& element, const char* name,
+                              const DMEnumDictEntry* table, Enum& value) {
+  std::string text;
+  if (!ReadText(element, name, text)) return false;
+  if (text.empty()) return true;
+  const int row = DMEnumDict::IndexOfText(table, text.c_str());
+  if (row < 0) return false;
+  value = static_cast<Enum>(table[row].value);
+  return true;
+}
+
+// A count attribute; absent or empty keeps `value`, text that is no integer
+// or a negative number fails.
+[[nodiscard]] bool ReadCount(const DMXMLWrapper& element, const char* name, int& value) {
+  std::string text;
+  if (!ReadText(element, name, text)) return false;
+  if (text.empty()) return true;
+  bool found = false;
+  int count = 0;
+  if (element.getAttribute(name, count, found) != DM_XML_OK || !found || count < 0) return false;
+  value = count;
+  return true;
+}
+
+[[nodiscard]] bool ReadAttributes(const DMXMLWrapper& element, FieldRead& read) {
+  if (!ReadText(element, XMLAttributes::Name, read.name) || read.name.empty()) return false;
+  if (!ReadEntity(element, XMLAttributes::Storage, gStorageDict, read.storage)) return false;
+  if (!ReadEntity(element, XMLAttributes::Role, gRoleDict, read.role)) return false;
+  if (!ReadEntity(element, XMLAttributes::Structure, gStructureDict, read.structure)) return false;
+  if (!ReadEntity(element, XMLAttributes::StructureStorage, gStorageDict, read.structureStorage)) {
+    return false;
+  }
+  if (!ReadCount(element, XMLAttributes::Depth, read.depth)) return false;
+  if (!ReadCount(element, XMLAttributes::ElementCount, read.elementCount)) return false;
+  if (!ReadCount(element, XMLAttributes::MaxStringLength, read.maxStringLength)) return false;
+  if (!ReadEntity(element, XMLAttributes::Measure, gMeasureDict, read.type)) return false;
+  if (!ReadText(element, XMLAttributes::DisplayLabel, read.label)) return false;
+  return ReadText(element, kSubRoleAttribute, read.subRole);
+}
+
+// The datum type every value of a field of `storage` is read as.
+DMDatum::DataType DatumTypeOf(DMField::StorageType storage) {
+  switch (storage) {
+    case DMField::StorageType::Unknown:
+    case DMField::StorageType::Integer:
+      return DMDatum::IntegerType;
+    case DMField::StorageType::String:
+      return DMDatum::StringType;
+    case DMField::StorageType::Real:
+    case DMField::StorageType::Date:
+    case DMField::StorageType::Time:
+    case DMField::StorageType::Timestamp:
+      return DMDatum::RealType;
+  }
+  return DMDatum::IntegerType;
+}
+
+// Calls `visit(child, name)` for each direct child element in document order;
+// false when the walk fails or `visit` does.
+template <typename Visit>
+[[nodiscard]] bool ForEachChild(const DMXMLWrapper& element, Visit visit) {
+  DMXMLWrapper view(element.getElement());
+  DMXMLIteratorWrapper* children = nullptr;
+  if (view.getElementDirectIterator("", &children) != DM_XML_OK) return false;
+  for (;;) {
+    void* item = nullptr;
+    const int rc = children->nextItem(&item);
+    if (rc == DM_XML_NO_MORE_ITEMS) return true;
+    if (rc != DM_XML_OK || item == nullptr) return false;
+    const DMXMLWrapper& child = *static_cast<DMXMLWrapper*>(item);
+    std::string name;
+    if (child.getName(name) != DM_XML_OK) return false;
+    if (!visit(child, name)) return false;
+  }
+}
+
+// Absent reads as `fallback`; any text but the two entities fails.
+[[nodiscard]] bool ReadSwitch(const DMXMLWrapper& element, const char* name, bool fallback,
+                              bool& value) {
+  std::string text;
+  bool found = false;
+  if (element.getAttribute(name, text, found) != DM_XML_OK) return false;
+  if (!found) {
+    value = fallback;
+    return true;
+  }
+  if (text == XMLEntities::True) {
+    value = true;
+  } else if (text == XMLEntities::False) {
+    value = false;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+[[nodiscard]] bool ReadMissingValues(const DMXMLWrapper& element, DMDatum::DataType type,
+                                     DMMissingValues& missingValues) {
+  bool nullMissing = true;
+  bool whiteSpaceMissing = false;
+  if (!ReadSwitch(element, XMLAttributes::TreatNullAsMissing, true, nullMissing)) return false;
+  if (!ReadSwitch(element, XMLAttributes::TreatWhitespaceAsMissing, false, whiteSpaceMissing)) {
+    return false;
+  }
+  DMRange range;
+  std::vector<DMValue> values;
+  const bool walked =
+      ForEachChild(element, [&](const DMXMLWrapper& child, const std::string& name) {
+        if (name == XMLElements::Range) range = DMRange(child, type);
+        if (name == XMLElements::Values) return ReadValueList(child, type, values) == DM_XML_OK;
+        return true;
+      });
+  if (!walked) return false;
+  missingValues = DMMissingValues(range, values, nullMissing, whiteSpaceMissing);
+  return true;
+}
+
+[[nodiscard]] bool ReadValueLabels(const DMXMLWrapper& element, DMDatum::DataType type,
+                                   std::vector<DMValue>& labels) {
+  return ForEachChild(element, [&](const DMXMLWrapper& child, const std::string& name) {
+    return name != XMLElements::Values || ReadValueList(child, type, labels) == DM_XML_OK;
+  });
+}
+
+// A reference and a private format exclude each other, as in the setters: the
+// one read last stands.
+[[nodiscard]] bool ReadFieldFormat(const DMXMLWrapper& element, FieldRead& read) {
+  std::string reference;
+  if (!ReadText(element, XMLAttributes::UseNamedFormat, reference)) return false;
+  if (!reference.empty()) {
+    read.formatReference = reference;
+    read.privateFormat.reset();
+    return true;
+  }
+  return ForEachChild(element, [&](const DMXMLWrapper& child, const std::string&) {
+    std::unique_ptr<DMFormat> format(DMField::FormatFromDOMNode(child));
+    if (format == nullptr || !DMField::MatchesFormat(read.storage, *format)) return false;
+    read.privateFormat = std::move(format);
+    read.formatReference.clear();
+    return true;
+  });
+}
+
+[[nodiscard]] bool ReadCatStats(const DMXMLWrapper& element, FieldRead& read) {
+  if (!IsCategorical(read.type)) return false;
+  switch (read.storage) {
+    case DMField::StorageType::String:
+      read.catStats = std::make_unique<DMCatStatsStr>(element);
+      return true;
+    case DMField::StorageType::Integer:
+      read.catStats = std::make_unique<DMCatStatsInt>(element);
+      return true;
+    case DMField::StorageType::Unknown:
+    case DMField::StorageType::Real:
+    case DMField::StorageType::Date:
+    case DMField::StorageType::Time:
+    case DMField::StorageType::Timestamp:
+      read.catStats = std::make_unique<DMCatStatsDbl>(element);
+      return true;
+  }
+  return false;
+}
+
+[[nodiscard]] bool ReadContStats(const DMXMLWrapper& element, FieldRead& read) {
+  if (read.type != DMField::FieldType::Continuous) return false;
+  std::unique_ptr<DMContStats> stats;
+  if (read.storage == DMField::StorageType::Integer) {
+    stats = std::make_unique<DMContStatsInt>(element);
+  } else {
+    stats = std::make_unique<DMContStatsDbl>(element);
+  }
+  // Statistics without weight are what a failed statistics element reads as;
+  // rejecting the field for them is intended, and documents rely on it.
+  if (stats->GetSumFreqWeights() == 0.0) return false;
+  read.contStats = std::move(stats);
+  return true;
+}
+
+[[nodiscard]] bool ReadChild(const DMXMLWrapper& child, const std::string& name, bool isBase,
+                             FieldRead& read) {
+  const DMDatum::DataType type = DatumTypeOf(read.storage);
+  if (name == XMLElements::Range) {
+    read.range = DMRange(child, type);
+  } else if (name == XMLElements::Values) {
+    return ReadValueList(child, type, read.values) == DM_XML_OK;
+  } else if (name == XMLElements::MissingValues) {
+    return ReadMissingValues(child, type, read.missingValues);
+  } else if (name == XMLElements::ValueLabels) {
+    return ReadValueLabels(child, type, read.valueLabels);
+  } else if (name == XMLElements::FieldFormat) {
+    return ReadFieldFormat(child, read);
+  } else if (name == XMLElements::ModelField) {
+    auto modelField = std::make_unique<DMModelField>(child);
+    if (modelField->GetMFRole() == DMModelField::Unset) return false;
+    read.modelField = std::move(modelField);
+  } else if (name == XMLElements::Geo) {
+    read.geo = std::make_unique<DMGeo>(child);
+  } else if (name == XMLElements::DiscreteStatistics) {
+    return ReadCatStats(child, read);
+  } else if (name == XMLElements::ContinuousStatistics) {
+    return ReadContStats(child, read);
+  } else if (name == XMLElements::BaseField && !isBase) {
+    auto baseField = std::make_unique<DMField>(child, true);
+    if (baseField->GetName().empty()) return false;
+    read.baseField = std::move(baseField);
+  }
+  return true;
+}
+
+[[nodiscard]] bool ReadField(const DMXMLWrapper& element, bool isBase, FieldRead& read) {
+  if (!ReadAttributes(element, read)) return false;
+  return ForEachChild(element, [&](const DMXMLWrapper& child, const std::string& name) {
+    return ReadChild(child, name, isBase, read);
+  });
 }
 
 }  // namespace
@@ -269,6 +520,35 @@ DMField::DMField(const std::string& name, FieldType type, StorageType storage, R
       maxStringLength_(0),
       depth_(-1),
       elementCount_(-1) {}
+
+DMField::DMField(const DMXMLWrapper& element, bool isBase) : DMField() {
+  FieldRead read;
+  if (!ReadField(element, isBase, read)) return;
+  name_ = std::move(read.name);
+  type_ = read.type;
+  storage_ = read.storage;
+  role_ = read.role;
+  structure_ = read.structure;
+  structureStorage_ = read.structureStorage;
+  subRole_ = std::move(read.subRole);
+  maxStringLength_ = static_cast<unsigned int>(read.maxStringLength);
+  depth_ = read.depth;
+  elementCount_ = read.elementCount;
+  label_ = std::move(read.label);
+  // The setters decide which values this field may hold; a value they refuse
+  // is dropped rather than failing the whole field.
+  SetRange(read.range);
+  SetValues(read.values);
+  SetMissingValues(read.missingValues);
+  SetValueLabels(read.valueLabels);
+  formatReference_ = std::move(read.formatReference);
+  privateFormat_ = std::move(read.privateFormat);
+  modelField_ = std::move(read.modelField);
+  geo_ = std::move(read.geo);
+  catStats_ = std::move(read.catStats);
+  contStats_ = std::move(read.contStats);
+  baseField_ = std::move(read.baseField);
+}
 
 DMField::DMField(const DMField& other)
     : name_(other.name_),

@@ -92,6 +92,17 @@ class DMCOMMON_EXPORT DMField {
   /// rest as the default constructor leaves it. The name is not checked: an
   /// empty one gives an unusable field.
   DMField(const std::string& name, FieldType type, StorageType storage, RoleType role);
+  /// Reads a `Field` element, or a `BaseField` element when `isBase` (whose
+  /// own `BaseField` children are then ignored). All or nothing: an element
+  /// that breaks any rule of the form (no name, an enumerated text that is no
+  /// entity, a negative or malformed count, a malformed value, a format or
+  /// statistics that do not suit the field, statistics of zero weight, an
+  /// invalid model field or base field) gives the default field, whose empty
+  /// name marks the failure. Values the setters would refuse (a range on a
+  /// field that is not Continuous, category values on one that is not
+  /// categorical, values that do not suit the storage) are dropped, not
+  /// failed.
+  DMField(const DmExtension::DMXMLWrapper& element, bool isBase);
   /// A deep copy: every component of `other` is copied into a new object of
   /// the same class; null components stay null.
   DMField(const DMField& other);

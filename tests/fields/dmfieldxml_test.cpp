@@ -63,6 +63,127 @@ std::vector<std::string> Describe(const std::vector<DMValue>& values) {
   return items;
 }
 
+// Whether `actual` is `expected`: the same nullness and type and, when set,
+// the same value.
+::testing::AssertionResult SameDatum(const DMDatum& actual, const DMDatum& expected) {
+  if (actual.IsNull() != expected.IsNull() || actual.GetType() != expected.GetType()) {
+    return ::testing::AssertionFailure() << "null or type differs";
+  }
+  if (!actual.IsNull() && actual.Compare(expected) != 0) {
+    return ::testing::AssertionFailure() << "value differs";
+  }
+  return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult SameRange(const DMRange& actual, const DMRange& expected) {
+  const auto [lower, upper] = actual.GetLimits();
+  const auto [expectedLower, expectedUpper] = expected.GetLimits();
+  if (auto result = SameDatum(lower, expectedLower); !result) return result << " (lower limit)";
+  if (auto result = SameDatum(upper, expectedUpper); !result) return result << " (upper limit)";
+  return ::testing::AssertionSuccess();
+}
+
+::testing::AssertionResult SameValues(const std::vector<DMValue>& actual,
+                                      const std::vector<DMValue>& expected) {
+  if (actual.size() != expected.size()) {
+    return ::testing::AssertionFailure()
+           << actual.size() << " values, expected " << expected.size();
+  }
+  for (std::size_t i = 0; i < actual.size(); ++i) {
+    if (auto result = SameDatum(actual[i].GetDatum(), expected[i].GetDatum()); !result) {
+      return result << " (value " << i << ")";
+    }
+    if (actual[i].GetLabel() != expected[i].GetLabel() ||
+        actual[i].GetFlag() != expected[i].GetFlag() ||
+        actual[i].GetPartition() != expected[i].GetPartition()) {
+      return ::testing::AssertionFailure() << "label, flag or partition of value " << i;
+    }
+  }
+  return ::testing::AssertionSuccess();
+}
+
+// Every getter of `actual` gives what `expected`'s gives; components are
+// compared by content.
+void ExpectSameField(const DMField& actual, const DMField& expected) {
+  EXPECT_EQ(actual.GetName(), expected.GetName());
+  EXPECT_EQ(actual.GetType(), expected.GetType());
+  EXPECT_EQ(actual.GetStorage(), expected.GetStorage());
+  EXPECT_EQ(actual.GetRole(), expected.GetRole());
+  EXPECT_EQ(actual.GetStructure(), expected.GetStructure());
+  EXPECT_EQ(actual.GetStructureStorage(), expected.GetStructureStorage());
+  EXPECT_EQ(actual.GetSubRole(), expected.GetSubRole());
+  EXPECT_EQ(actual.GetMaxStringLength(), expected.GetMaxStringLength());
+  EXPECT_EQ(actual.GetDepth(), expected.GetDepth());
+  EXPECT_EQ(actual.GetElementCount(), expected.GetElementCount());
+  EXPECT_EQ(actual.GetLabel(), expected.GetLabel());
+  EXPECT_TRUE(SameRange(actual.GetRange(), expected.GetRange()));
+  EXPECT_TRUE(SameValues(actual.GetValues(), expected.GetValues()));
+  const DMMissingValues& missing = actual.GetMissingValues();
+  const DMMissingValues& expectedMissing = expected.GetMissingValues();
+  EXPECT_TRUE(SameRange(missing.GetMissingRange(), expectedMissing.GetMissingRange()));
+  EXPECT_TRUE(SameValues(missing.GetMissingValueList(), expectedMissing.GetMissingValueList()));
+  EXPECT_EQ(missing.IsNullMissing(), expectedMissing.IsNullMissing());
+  EXPECT_EQ(missing.IsWhiteSpMissing(), expectedMissing.IsWhiteSpMissing());
+  EXPECT_TRUE(SameValues(actual.GetValueLabels(), expected.GetValueLabels()));
+  EXPECT_EQ(actual.GetFormatReference(), expected.GetFormatReference());
+  ASSERT_EQ(actual.GetPrivateFormat() == nullptr, expected.GetPrivateFormat() == nullptr);
+  if (expected.GetPrivateFormat() != nullptr) {
+    EXPECT_EQ(actual.GetPrivateFormat()->GetFormatClass(),
+              expected.GetPrivateFormat()->GetFormatClass());
+    EXPECT_EQ(actual.GetPrivateFormat()->GetWidth(), expected.GetPrivateFormat()->GetWidth());
+  }
+  ASSERT_EQ(actual.GetModelField() == nullptr, expected.GetModelField() == nullptr);
+  if (expected.GetModelField() != nullptr) {
+    EXPECT_EQ(actual.GetModelField()->GetMFRole(), expected.GetModelField()->GetMFRole());
+    std::string field[2];
+    DMDatum value[2];
+    std::string group[2];
+    std::string tag[2];
+    actual.GetModelField()->GetTargetProps(field[0], value[0], group[0], tag[0]);
+    expected.GetModelField()->GetTargetProps(field[1], value[1], group[1], tag[1]);
+    EXPECT_EQ(field[0], field[1]);
+    EXPECT_TRUE(SameDatum(value[0], value[1]));
+    EXPECT_EQ(group[0], group[1]);
+    EXPECT_EQ(tag[0], tag[1]);
+  }
+  ASSERT_EQ(actual.GetGeo() == nullptr, expected.GetGeo() == nullptr);
+  if (expected.GetGeo() != nullptr) {
+    bool actualSet = false;
+    bool expectedSet = false;
+    EXPECT_EQ(actual.GetGeo()->GetType(actualSet), expected.GetGeo()->GetType(expectedSet));
+    EXPECT_EQ(actualSet, expectedSet);
+    EXPECT_EQ(actual.GetGeo()->GetWkid(actualSet), expected.GetGeo()->GetWkid(expectedSet));
+    EXPECT_EQ(actualSet, expectedSet);
+    ASSERT_EQ(actual.GetGeo()->GetGeoEnvelope() == nullptr,
+              expected.GetGeo()->GetGeoEnvelope() == nullptr);
+    if (expected.GetGeo()->GetGeoEnvelope() != nullptr) {
+      EXPECT_EQ(actual.GetGeo()->GetGeoEnvelope()->GetLeftUpperX(actualSet),
+                expected.GetGeo()->GetGeoEnvelope()->GetLeftUpperX(expectedSet));
+      EXPECT_EQ(actualSet, expectedSet);
+    }
+  }
+  ASSERT_EQ(actual.GetCatStats() == nullptr, expected.GetCatStats() == nullptr);
+  if (expected.GetCatStats() != nullptr) {
+    ASSERT_EQ(actual.GetCatStats()->GetNCats(), expected.GetCatStats()->GetNCats());
+    for (unsigned i = 0; i < expected.GetCatStats()->GetNCats(); ++i) {
+      EXPECT_TRUE(SameDatum(actual.GetCatStats()->GetCatValDatum(i),
+                            expected.GetCatStats()->GetCatValDatum(i)));
+      EXPECT_EQ(actual.GetCatStats()->GetCatWeight(i), expected.GetCatStats()->GetCatWeight(i));
+    }
+  }
+  ASSERT_EQ(actual.GetContStats() == nullptr, expected.GetContStats() == nullptr);
+  if (expected.GetContStats() != nullptr) {
+    EXPECT_EQ(actual.GetContStats()->GetSumFreqWeights(),
+              expected.GetContStats()->GetSumFreqWeights());
+    EXPECT_EQ(actual.GetContStats()->GetMean(), expected.GetContStats()->GetMean());
+    EXPECT_EQ(actual.GetContStats()->GetExtrema(), expected.GetContStats()->GetExtrema());
+  }
+  ASSERT_EQ(actual.GetBaseField() == nullptr, expected.GetBaseField() == nullptr);
+  if (expected.GetBaseField() != nullptr) {
+    ExpectSameField(*actual.GetBaseField(), *expected.GetBaseField());
+  }
+}
+
 // ---------------------------------------------------------------------------
 // Value lists
 
@@ -393,6 +514,150 @@ TEST(DMFieldXmlWriteTest, AFailedPartAbandonsTheWholeFieldAndKeepsTheOutParamete
 TEST(DMFieldXmlWriteTest, AMeasureOutsideTheEnumerationAbandonsTheField) {
   const DMField field("age", static_cast<Type>(42), Storage::Integer, Role::Input);
   EXPECT_EQ(Written(field), "<nothing>");
+}
+
+// ---------------------------------------------------------------------------
+// Reading
+
+TEST_F(DMFieldXmlTest, AFieldWithOnlyANameReadsBackEqual) {
+  const DMField field("age", Type::Unknown, Storage::Unknown, Role::None);
+  dmtest::ExpectXmlRoundTrip(field, ExpectSameField, false);
+}
+
+TEST_F(DMFieldXmlTest, AbsentAttributesReadAsTheDefaults) {
+  const DMField field(Parse("<Field name=\"age\"/>"), false);
+  ExpectSameField(field, DMField("age", Type::Unknown, Storage::Unknown, Role::None));
+}
+
+TEST_F(DMFieldXmlTest, EmptyAttributesCountAsAbsent) {
+  const DMField field(Parse("<Field name=\"age\" storage=\"\" measure=\"\" role=\"\" "
+                            "structure=\"\" depth=\"\" elementCount=\"\" "
+                            "maxStringLength=\"\"/>"),
+                      false);
+  ExpectSameField(field, DMField("age", Type::Unknown, Storage::Unknown, Role::None));
+}
+
+TEST_F(DMFieldXmlTest, ABaseFieldInsideABaseFieldIsIgnored) {
+  const DMField field(Parse("<BaseField name=\"raw\" storage=\"integer\">"
+                            "<BaseField name=\"older\"/></BaseField>"),
+                      true);
+  EXPECT_EQ(field.GetName(), "raw");
+  EXPECT_EQ(field.GetBaseField(), nullptr);
+}
+
+TEST_F(DMFieldXmlTest, ABaseFieldIsReadInsideAField) {
+  const DMField field(Parse("<Field name=\"age\"><BaseField name=\"raw\" storage=\"integer\">"
+                            "<BaseField name=\"older\"/></BaseField></Field>"),
+                      false);
+  ASSERT_NE(field.GetBaseField(), nullptr);
+  EXPECT_EQ(field.GetBaseField()->GetName(), "raw");
+  EXPECT_EQ(field.GetBaseField()->GetStorage(), Storage::Integer);
+  EXPECT_EQ(field.GetBaseField()->GetBaseField(), nullptr);
+}
+
+TEST_F(DMFieldXmlTest, ALaterFormatChildReplacesAnEarlierOne) {
+  const DMField field(
+      Parse("<Field name=\"age\" storage=\"integer\"><FieldFormat>"
+            "<NumberFormat alignment=\"auto\" decimalPlaces=\"0\" decimalSymbol=\"period\" "
+            "formatType=\"standard\" groupingSymbol=\"none\" name=\"\" width=\"8\"/>"
+            "<NumberFormat alignment=\"auto\" decimalPlaces=\"0\" decimalSymbol=\"period\" "
+            "formatType=\"standard\" groupingSymbol=\"none\" name=\"\" width=\"12\"/>"
+            "</FieldFormat></Field>"),
+      false);
+  ASSERT_NE(field.GetPrivateFormat(), nullptr);
+  EXPECT_EQ(field.GetPrivateFormat()->GetWidth(), 12);
+}
+
+TEST_F(DMFieldXmlTest, ValuesTheSettersWouldRefuseAreDropped) {
+  const DMField field(Parse("<Field name=\"age\" storage=\"integer\" measure=\"continuous\">"
+                            "<Values><Value value=\"1\"/></Values></Field>"),
+                      false);
+  EXPECT_EQ(field.GetName(), "age");
+  EXPECT_TRUE(field.GetValues().empty());
+  const DMField nominal(Parse("<Field name=\"age\" storage=\"integer\" measure=\"nominal\">"
+                              "<Range minValue=\"1\" maxValue=\"5\"/></Field>"),
+                        false);
+  EXPECT_EQ(nominal.GetName(), "age");
+  EXPECT_TRUE(SameRange(nominal.GetRange(), DMRange()));
+}
+
+TEST_F(DMFieldXmlTest, ChildrenOfOtherNamesAreSkipped) {
+  const DMField field(Parse("<Field name=\"age\"><Extension anything=\"x\"/></Field>"), false);
+  EXPECT_EQ(field.GetName(), "age");
+}
+
+// One defect each; every row reads as a field with an empty name.
+struct MalformedCase {
+  const char* defect;
+  const char* document;
+};
+
+const MalformedCase kMalformedFields[] = {
+    {"no name", "<Field storage=\"integer\"/>"},
+    {"an empty name", "<Field name=\"\"/>"},
+    {"unknown storage text", "<Field name=\"a\" storage=\"Integer\"/>"},
+    {"unknown measure text", "<Field name=\"a\" measure=\"interval\"/>"},
+    {"unknown role text", "<Field name=\"a\" role=\"output\"/>"},
+    {"unknown structure text", "<Field name=\"a\" structure=\"tree\"/>"},
+    {"unknown structure storage text", "<Field name=\"a\" structureStorage=\"blob\"/>"},
+    {"negative depth", "<Field name=\"a\" depth=\"-2\"/>"},
+    {"negative element count", "<Field name=\"a\" elementCount=\"-1\"/>"},
+    {"negative maximum string length", "<Field name=\"a\" maxStringLength=\"-5\"/>"},
+    {"a depth that is no integer", "<Field name=\"a\" depth=\"two\"/>"},
+    {"bad missing-value flag",
+     "<Field name=\"a\"><MissingValues treatNullAsMissing=\"yes\"/></Field>"},
+    {"bad white-space flag",
+     "<Field name=\"a\"><MissingValues treatWhitespaceAsMissing=\"TRUE\"/></Field>"},
+    {"a category value that is no integer",
+     "<Field name=\"a\" storage=\"integer\" measure=\"nominal\">"
+     "<Values><Value value=\"x\"/></Values></Field>"},
+    {"a value without its value attribute",
+     "<Field name=\"a\" storage=\"real\" measure=\"nominal\"><Values><Value/></Values></Field>"},
+    {"a bad missing value",
+     "<Field name=\"a\" storage=\"real\"><MissingValues><Values><Value value=\"INF\"/>"
+     "</Values></MissingValues></Field>"},
+    {"a bad value label",
+     "<Field name=\"a\" storage=\"integer\"><ValueLabels><Values>"
+     "<Value value=\"1\" flagValue=\"maybe\"/></Values></ValueLabels></Field>"},
+    {"a date format on an Integer field",
+     "<Field name=\"a\" storage=\"integer\"><FieldFormat><DateFormat alignment=\"auto\" "
+     "decimalPlaces=\"0\" formatType=\"D_M_Y\" width=\"10\"/></FieldFormat></Field>"},
+    {"a format that fails to read",
+     "<Field name=\"a\" storage=\"integer\"><FieldFormat><NumberFormat width=\"0\"/>"
+     "</FieldFormat></Field>"},
+    {"a format element of another name",
+     "<Field name=\"a\" storage=\"integer\"><FieldFormat><Range/></FieldFormat></Field>"},
+    {"continuous statistics on a Nominal field",
+     "<Field name=\"a\" storage=\"real\" measure=\"nominal\"><ContinuousStatistics/></Field>"},
+    {"categorical statistics on a Continuous field",
+     "<Field name=\"a\" storage=\"integer\" measure=\"continuous\"><DiscreteStatistics/>"
+     "</Field>"},
+    {"zero-weight statistics",
+     "<Field name=\"a\" storage=\"real\" measure=\"continuous\"><ContinuousStatistics/>"
+     "</Field>"},
+    {"a base field without a name", "<Field name=\"a\"><BaseField storage=\"integer\"/></Field>"},
+    {"a malformed base field", "<Field name=\"a\"><BaseField name=\"b\" depth=\"-3\"/></Field>"},
+    {"a model field without role", "<Field name=\"a\"><ModelField/></Field>"},
+    {"a model field with an unknown role",
+     "<Field name=\"a\"><ModelField role=\"guess\"/></Field>"},
+};
+
+TEST_F(DMFieldXmlTest, EachMalformedFieldReadsWithAnEmptyName) {
+  for (const MalformedCase& row : kMalformedFields) {
+    SCOPED_TRACE(row.defect);
+    const DMField field(Parse(row.document), false);
+    ExpectSameField(field, DMField());
+  }
+}
+
+TEST_F(DMFieldXmlTest, AFailureAfterComponentsWereReadLeavesNoneOfThem) {
+  const DMField field(Parse("<Field name=\"a\" storage=\"integer\" measure=\"nominal\">"
+                            "<Values><Value value=\"1\"/></Values><Geo type=\"point\"/>"
+                            "<ModelField role=\"probability\"/><DiscreteStatistics>"
+                            "<Category category=\"1\" sumFreqWts=\"2\"/></DiscreteStatistics>"
+                            "<BaseField name=\"b\"/><ContinuousStatistics/></Field>"),
+                      false);
+  ExpectSameField(field, DMField());
 }
 
 }  // namespace

@@ -143,6 +143,14 @@ bool IsReversed(const DMRange& range) {
   return WriteText(element, name, value ? XMLEntities::True : XMLEntities::False);
 }
 
+// Hands `child` to `parent`, which owns it from then on; on failure the
+// caller still owns it and destroys it.
+[[nodiscard]] bool AppendTo(DMXMLWrapper& parent, std::unique_ptr<DMXMLWrapper>& child) {
+  if (parent.addElement(child.get()) != DM_XML_OK) return false;
+  static_cast<void>(child.release());
+  return true;
+}
+
 // A range with limits in order writes its element; an empty or reversed one
 // writes nothing and succeeds.
 [[nodiscard]] bool WriteRange(DMXMLWrapper& element, const DMRange& range) {
@@ -176,9 +184,7 @@ bool IsReversed(const DMRange& range) {
   }
   if (!WriteRange(*child, range)) return false;
   if (!WriteValues(*child, missing.GetMissingValueList(), isFlagField)) return false;
-  if (element.addElement(child.get()) != DM_XML_OK) return false;
-  child.release();
-  return true;
+  return AppendTo(element, child);
 }
 
 [[nodiscard]] bool WriteValueLabels(DMXMLWrapper& element, const std::vector<DMValue>& labels,
@@ -187,9 +193,7 @@ bool IsReversed(const DMRange& range) {
   std::unique_ptr<DMXMLWrapper> child(element.createFreeElement(XMLElements::ValueLabels));
   if (child == nullptr) return false;
   if (!WriteValues(*child, labels, isFlagField)) return false;
-  if (element.addElement(child.get()) != DM_XML_OK) return false;
-  child.release();
-  return true;
+  return AppendTo(element, child);
 }
 
 // A reference names a shared format and stands alone; otherwise the private
@@ -206,9 +210,7 @@ bool IsReversed(const DMRange& range) {
     format->AddToTree(*child, created);
     if (created == nullptr) return false;
   }
-  if (element.addElement(child.get()) != DM_XML_OK) return false;
-  child.release();
-  return true;
+  return AppendTo(element, child);
 }
 
 // Any component that writes itself with AddToTree(parent, created); absent

@@ -1,0 +1,1 @@
+#include "dmcommon/metadata/dmmetadata.h"

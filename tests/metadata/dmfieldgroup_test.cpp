@@ -1,0 +1,1 @@
+// Placeholder: the tests of this file arrive with the code they test.

@@ -18,7 +18,7 @@
 #include "dmcommon/xml/vocabulary/xmlelement.h"
 #include "dmcommon/xml/vocabulary/xmlvocabulary.h"
 
-// Values: datums, labelled values, ranges and missing-value specifications.
+// Values: datums, labelled values, ranges and missing values.
 #include "dmcommon/values/dmdatum.h"
 #include "dmcommon/values/dmenumdict.h"
 #include "dmcommon/values/dmmissingvalues.h"

@@ -1,1 +1,402 @@
 #include "dmcommon/metadata/dmmetadata.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <unordered_map>
+#include <utility>
+
+#include "dmcommon/formats/dmformat.h"
+#include "dmcommon/stats/dmcatstatsimp.h"
+#include "dmcommon/stats/dmcontstats.h"
+#include "dmcommon/summaries/dmdatasetsummaries.h"
+#include "dmcommon/values/dmvalue.h"
+
+DMUpperFunc::~DMUpperFunc() = default;
+
+namespace {
+
+constexpr int kNotFound = -1;
+constexpr double kUnknownCount = -1;
+constexpr std::size_t kSlotCount = 4;
+
+// The storage each default-format slot is checked against, in slot order:
+// number, string, date, time.
+constexpr DMField::StorageType kSlotStorage[kSlotCount] = {
+    DMField::StorageType::Real,
+    DMField::StorageType::String,
+    DMField::StorageType::Date,
+    DMField::StorageType::Time,
+};
+
+// The default-format slot of a storage, or -1 for one without a slot.
+int SlotOf(DMField::StorageType storage) {
+  switch (storage) {
+    case DMField::StorageType::Integer:
+    case DMField::StorageType::Real:
+      return 0;
+    case DMField::StorageType::String:
+      return 1;
+    case DMField::StorageType::Date:
+    case DMField::StorageType::Timestamp:
+      return 2;
+    case DMField::StorageType::Time:
+      return 3;
+    case DMField::StorageType::Unknown:
+      return kNotFound;
+  }
+  return kNotFound;  // a number outside the enumeration
+}
+
+bool IsWhole(double value) { return std::floor(value) == value; }
+
+double CountOrUnknown(double value) { return value < 0 ? kUnknownCount : value; }
+
+}  // namespace
+
+class DMMetaData::Impl {
+ public:
+  explicit Impl(DMUpperFunc* upper) : upperFunc(upper) {}
+
+  Impl(const Impl& other)
+      : upperFunc(other.upperFunc),
+        fieldKeys(other.fieldKeys),
+        keyIndex(other.keyIndex),
+        defaultFormats(other.defaultFormats),
+        unweightedCount(other.unweightedCount),
+        weightedCount(other.weightedCount),
+        droppedCount(other.droppedCount),
+        badWeightCount(other.badWeightCount),
+        weightedDroppedCount(other.weightedDroppedCount) {
+    fields.reserve(other.fields.size());
+    for (const auto& field : other.fields) fields.push_back(std::make_unique<DMField>(*field));
+    sharedFormats.reserve(other.sharedFormats.size());
+    for (const auto& format : other.sharedFormats) {
+      sharedFormats.emplace_back(format->Clone());
+    }
+    fieldGroups.reserve(other.fieldGroups.size());
+    for (const auto& group : other.fieldGroups) {
+      fieldGroups.push_back(std::make_unique<DMFieldGroup>(*group));
+    }
+    if (other.datasetSummaries) {
+      datasetSummaries = std::make_unique<DMDatasetSummaries>(*other.datasetSummaries);
+    }
+  }
+
+  Impl& operator=(const Impl&) = delete;
+  ~Impl() = default;
+
+  std::string KeyOf(const std::string& name) const {
+    return upperFunc != nullptr ? (*upperFunc)(name) : name;
+  }
+
+  // Keys are unique (AppendField and ReplaceField refuse a second field with
+  // a key), so the index's single entry per key is the first match a walk
+  // over fieldKeys would find.
+  int FindKey(const std::string& key) const {
+    const auto found = keyIndex.find(key);
+    return found == keyIndex.end() ? kNotFound : static_cast<int>(found->second);
+  }
+
+  int FindField(const std::string& name) const { return FindKey(KeyOf(name)); }
+
+  DMField* FieldAt(unsigned index) const {
+    return index < fields.size() ? fields[index].get() : nullptr;
+  }
+
+  void RemoveField(std::size_t index) {
+    keyIndex.erase(fieldKeys[index]);
+    fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(index));
+    fieldKeys.erase(fieldKeys.begin() + static_cast<std::ptrdiff_t>(index));
+    for (std::size_t i = index; i < fieldKeys.size(); ++i) keyIndex[fieldKeys[i]] = i;
+  }
+
+  int FindSharedFormat(const std::string& name) const {
+    for (std::size_t i = 0; i < sharedFormats.size(); ++i) {
+      if (sharedFormats[i]->GetName() == name) return static_cast<int>(i);
+    }
+    return kNotFound;
+  }
+
+  int FindFieldGroup(GroupType type, int ordinal, const std::string& name) const {
+    int seen = 0;
+    for (std::size_t i = 0; i < fieldGroups.size(); ++i) {
+      const DMFieldGroup& group = *fieldGroups[i];
+      if (group.GetType() != type) continue;
+      if (ordinal < 0 ? group.GetName() == name : seen++ == ordinal) return static_cast<int>(i);
+    }
+    return kNotFound;
+  }
+
+  DMUpperFunc* upperFunc;
+  std::vector<std::unique_ptr<DMField>> fields;
+  std::vector<std::string> fieldKeys;
+  // Key to index, beside fieldKeys, so that lookups and AppendField's
+  // duplicate test stay constant time for dictionaries of a million fields.
+  std::unordered_map<std::string, std::size_t> keyIndex;
+  std::vector<std::unique_ptr<DMFormat>> sharedFormats;
+  std::vector<std::unique_ptr<DMFieldGroup>> fieldGroups;
+  std::array<int, kSlotCount> defaultFormats{kNotFound, kNotFound, kNotFound, kNotFound};
+  double unweightedCount = kUnknownCount;
+  double weightedCount = kUnknownCount;
+  double droppedCount = kUnknownCount;
+  double badWeightCount = kUnknownCount;
+  double weightedDroppedCount = kUnknownCount;
+  std::unique_ptr<DMDatasetSummaries> datasetSummaries;
+};
+
+DMMetaData::DMMetaData(DMUpperFunc* upper) : impl_(std::make_unique<Impl>(upper)) {}
+
+DMMetaData::DMMetaData(const DMMetaData& other) : impl_(std::make_unique<Impl>(*other.impl_)) {}
+
+DMMetaData& DMMetaData::operator=(const DMMetaData& other) {
+  // Copy first, so that self-assignment and a failed copy leave this intact.
+  auto copy = std::make_unique<Impl>(*other.impl_);
+  impl_ = std::move(copy);
+  return *this;
+}
+
+DMMetaData::~DMMetaData() = default;
+
+unsigned DMMetaData::FieldCount() const { return static_cast<unsigned>(impl_->fields.size()); }
+
+const DMField* DMMetaData::GetField(unsigned index) const { return impl_->FieldAt(index); }
+
+const DMField* DMMetaData::GetField(const std::string& name) const {
+  const int index = impl_->FindField(name);
+  return index < 0 ? nullptr : impl_->fields[static_cast<std::size_t>(index)].get();
+}
+
+int DMMetaData::GetFieldIndex(const std::string& name) const { return impl_->FindField(name); }
+
+int DMMetaData::AppendField(const DMField& field) {
+  const std::string name = field.GetName();
+  if (name.empty()) return kNotFound;
+  std::string key = impl_->KeyOf(name);
+  if (impl_->FindKey(key) != kNotFound) return kNotFound;
+  auto copy = std::make_unique<DMField>(field);
+  const std::size_t index = impl_->fields.size();
+  impl_->keyIndex.emplace(key, index);
+  impl_->fieldKeys.push_back(std::move(key));
+  impl_->fields.push_back(std::move(copy));
+  return static_cast<int>(index);
+}
+
+int DMMetaData::ReplaceField(unsigned index, const DMField* field) {
+  if (index >= impl_->fields.size()) return kNotFound;
+  if (field == nullptr) {
+    impl_->RemoveField(index);
+    return static_cast<int>(index);
+  }
+  const std::string name = field->GetName();
+  if (name.empty()) return kNotFound;
+  std::string key = impl_->KeyOf(name);
+  if (impl_->FindKey(key) != kNotFound && key != impl_->fieldKeys[index]) return kNotFound;
+  auto copy = std::make_unique<DMField>(*field);
+  impl_->keyIndex.erase(impl_->fieldKeys[index]);
+  impl_->keyIndex.emplace(key, index);
+  impl_->fieldKeys[index] = std::move(key);
+  impl_->fields[index] = std::move(copy);
+  return static_cast<int>(index);
+}
+
+bool DMMetaData::SetSumStats(unsigned index, const DMCatStats* stats) {
+  DMField* field = impl_->FieldAt(index);
+  return field != nullptr && field->SetSumStats(stats);
+}
+
+bool DMMetaData::SetSumStats(unsigned index, const DMContStats* stats) {
+  DMField* field = impl_->FieldAt(index);
+  return field != nullptr && field->SetSumStats(stats);
+}
+
+bool DMMetaData::SetFieldType(unsigned index, DMField::FieldType type) {
+  DMField* field = impl_->FieldAt(index);
+  return field != nullptr && field->SetFieldType(type);
+}
+
+bool DMMetaData::SetValues(unsigned index, const std::vector<DMValue>& values) {
+  DMField* field = impl_->FieldAt(index);
+  if (field == nullptr) return false;
+  field->SetValues(values);
+  return true;
+}
+
+bool DMMetaData::SetValueLabels(unsigned index, const std::vector<DMValue>& valueLabels) {
+  DMField* field = impl_->FieldAt(index);
+  if (field == nullptr) return false;
+  field->SetValueLabels(valueLabels);
+  return true;
+}
+
+int DMMetaData::AddSharedFormat(const DMFormat& format) {
+  if (format.GetWidth() == 0) return kNotFound;
+  if (format.GetName().empty()) return kNotFound;
+  std::unique_ptr<DMFormat> copy(format.Clone());
+  int index = impl_->FindSharedFormat(copy->GetName());
+  if (index == kNotFound) {
+    index = static_cast<int>(impl_->sharedFormats.size());
+    impl_->sharedFormats.push_back(std::move(copy));
+  } else {
+    impl_->sharedFormats[static_cast<std::size_t>(index)] = std::move(copy);
+  }
+  // A replacement may be of another kind than the format a slot chose.
+  const DMFormat& stored = *impl_->sharedFormats[static_cast<std::size_t>(index)];
+  for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
+    if (impl_->defaultFormats[slot] == index &&
+        !DMField::MatchesFormat(kSlotStorage[slot], stored)) {
+      impl_->defaultFormats[slot] = kNotFound;
+    }
+  }
+  return index;
+}
+
+const DMFormat* DMMetaData::GetSharedFormat(unsigned index) const {
+  return index < impl_->sharedFormats.size() ? impl_->sharedFormats[index].get() : nullptr;
+}
+
+const DMFormat* DMMetaData::GetSharedFormat(const std::string& name) const {
+  const int index = impl_->FindSharedFormat(name);
+  return index < 0 ? nullptr : impl_->sharedFormats[static_cast<std::size_t>(index)].get();
+}
+
+int DMMetaData::DropSharedFormat(unsigned index) {
+  if (index >= impl_->sharedFormats.size()) return kNotFound;
+  impl_->sharedFormats.erase(impl_->sharedFormats.begin() + static_cast<std::ptrdiff_t>(index));
+  const int dropped = static_cast<int>(index);
+  for (int& slot : impl_->defaultFormats) {
+    if (slot == dropped) {
+      slot = kNotFound;
+    } else if (slot > dropped) {
+      --slot;
+    }
+  }
+  return dropped;
+}
+
+int DMMetaData::SetDefaultFormat(DMField::StorageType storage, const std::string& name) {
+  const int index = impl_->FindSharedFormat(name);
+  if (index < 0) return index;
+  const int slot = SlotOf(storage);
+  if (slot < 0) return kNotFound;
+  if (!DMField::MatchesFormat(storage, *impl_->sharedFormats[static_cast<std::size_t>(index)])) {
+    return kNotFound;
+  }
+  impl_->defaultFormats[static_cast<std::size_t>(slot)] = index;
+  return index;
+}
+
+const DMFormat* DMMetaData::GetDefaultFormat(DMField::StorageType storage) const {
+  const int slot = SlotOf(storage);
+  if (slot < 0) return nullptr;
+  const int index = impl_->defaultFormats[static_cast<std::size_t>(slot)];
+  return index < 0 ? nullptr : impl_->sharedFormats[static_cast<std::size_t>(index)].get();
+}
+
+// Which counts must be whole differs between the setters on purpose: the
+// document reader applies the same rules, and callers rely on fractional
+// weighted counts being kept.
+void DMMetaData::SetRecordCounts(double unweighted, double weighted) {
+  if (!IsWhole(unweighted)) return;
+  impl_->unweightedCount = CountOrUnknown(unweighted);
+  impl_->weightedCount = CountOrUnknown(weighted);
+}
+
+double DMMetaData::GetRecordCount(bool weighted) const {
+  return weighted ? impl_->weightedCount : impl_->unweightedCount;
+}
+
+void DMMetaData::SetDroppedCount(double dropped) {
+  if (IsWhole(dropped)) impl_->droppedCount = CountOrUnknown(dropped);
+}
+
+double DMMetaData::GetDroppedCount() const { return impl_->droppedCount; }
+
+void DMMetaData::SetDroppedDetails(double badWeight, double weightedDropped) {
+  if (IsWhole(badWeight)) impl_->badWeightCount = CountOrUnknown(badWeight);
+  impl_->weightedDroppedCount = CountOrUnknown(weightedDropped);
+}
+
+void DMMetaData::GetDroppedDetails(double& badWeight, double& weightedDropped) const {
+  badWeight = impl_->badWeightCount;
+  weightedDropped = impl_->weightedDroppedCount;
+}
+
+bool DMMetaData::SetFieldGroup(GroupType type, const std::string& name,
+                               const std::vector<std::string>& fieldNames, const std::string& label,
+                               const std::string& countedValue) {
+  if (fieldNames.empty()) return false;
+  if (impl_->FindFieldGroup(type, kNotFound, name) != kNotFound) return false;
+  impl_->fieldGroups.push_back(
+      std::make_unique<DMFieldGroup>(type, name, fieldNames, label, countedValue));
+  return true;
+}
+
+int DMMetaData::FindFieldGroup(GroupType type, int ordinal, const std::string& name) const {
+  return impl_->FindFieldGroup(type, ordinal, name);
+}
+
+bool DMMetaData::GetFieldGroup(GroupType type, const std::string& name,
+                               std::vector<std::string>& fieldNames, std::string& label,
+                               std::string& countedValue) const {
+  const int index = impl_->FindFieldGroup(type, kNotFound, name);
+  if (index < 0) {
+    fieldNames.clear();
+    label.clear();
+    countedValue.clear();
+    return false;
+  }
+  const DMFieldGroup& group = *impl_->fieldGroups[static_cast<std::size_t>(index)];
+  fieldNames = group.GetFieldNames();
+  label = group.GetLabel();
+  countedValue = group.GetCountedValue();
+  return true;
+}
+
+bool DMMetaData::GetFieldGroup(GroupType type, unsigned ordinal, std::string& name,
+                               std::vector<std::string>& fieldNames, std::string& label,
+                               std::string& countedValue) const {
+  // An ordinal beyond int would read as a search by name once converted.
+  const int index = ordinal > static_cast<unsigned>(std::numeric_limits<int>::max())
+                        ? kNotFound
+                        : impl_->FindFieldGroup(type, static_cast<int>(ordinal), name);
+  if (index < 0) {
+    name.clear();
+    fieldNames.clear();
+    label.clear();
+    countedValue.clear();
+    return false;
+  }
+  const DMFieldGroup& group = *impl_->fieldGroups[static_cast<std::size_t>(index)];
+  name = group.GetName();
+  fieldNames = group.GetFieldNames();
+  label = group.GetLabel();
+  countedValue = group.GetCountedValue();
+  return true;
+}
+
+bool DMMetaData::DropFieldGroup(GroupType type, const std::string& name) {
+  const int index = impl_->FindFieldGroup(type, kNotFound, name);
+  if (index < 0) return false;
+  impl_->fieldGroups.erase(impl_->fieldGroups.begin() + index);
+  return true;
+}
+
+bool DMMetaData::IsCaseSensitive() const { return impl_->upperFunc == nullptr; }
+
+bool DMMetaData::setDatasetSummaries(const std::string& xml) {
+  if (xml.empty()) return false;
+  auto summaries = std::make_unique<DMDatasetSummaries>(DMDatasetSummaries::fromText(xml.c_str()));
+  if (!summaries->parseSuccess()) return false;
+  impl_->datasetSummaries = std::move(summaries);
+  return true;
+}
+
+void DMMetaData::setDatasetSummaries(DMDatasetSummaries* summaries) {
+  impl_->datasetSummaries.reset(summaries);
+}
+
+const DMDatasetSummaries* DMMetaData::getDatasetSummaries() const {
+  return impl_->datasetSummaries.get();
+}

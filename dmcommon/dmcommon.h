@@ -40,6 +40,10 @@
 #include "dmcommon/fields/dmgeo.h"
 #include "dmcommon/fields/dmmodelfield.h"
 
+// Metadata: the dataset dictionary and its field groups.
+#include "dmcommon/metadata/dmfieldgroup.h"
+#include "dmcommon/metadata/dmmetadata.h"
+
 // Statistics: categorical frequency tables and continuous summary statistics.
 #include "dmcommon/stats/dmcatstatsimp.h"
 #include "dmcommon/stats/dmcontstats.h"

@@ -8,6 +8,10 @@
 #include "dmcommon/values/dmenumdict.h"
 #include "dmcommon/xml/vocabulary/xmlvocabulary.h"
 
+namespace DmExtension {
+class DMXMLWrapper;
+}  // namespace DmExtension
+
 /// A named set of fields of a dataset that belong together: a plain group,
 /// a multiple-category or multiple-dichotomy response set, or a split group.
 /// The member names are kept as given; nothing checks them against the
@@ -49,6 +53,15 @@ class DMCOMMON_EXPORT DMFieldGroup {
   const std::string& GetLabel() const;
   /// The value counted as a positive answer; empty when there is none.
   const std::string& GetCountedValue() const;
+
+  /// Writes the group as a free `FieldGroup` element of `parent`'s document:
+  /// its type entity and name, the display label and counted value only when
+  /// not empty, then one `FieldName` child per member. The element is
+  /// appended to `parent` and handed out through `created`, owned by
+  /// `parent`. A group without members, or of a type outside the
+  /// enumeration, writes nothing; so does a refusal of the XML layer. Then
+  /// `created` is null.
+  void AddToTree(DmExtension::DMXMLWrapper& parent, DmExtension::DMXMLWrapper*& created) const;
 
  private:
   GroupType type_;

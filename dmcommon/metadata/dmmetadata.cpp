@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <memory>
+#include <string>
 #include <unordered_map>
 #include <utility>
 
@@ -12,6 +14,14 @@
 #include "dmcommon/stats/dmcontstats.h"
 #include "dmcommon/summaries/dmdatasetsummaries.h"
 #include "dmcommon/values/dmvalue.h"
+#include "dmcommon/xml/dmxmlresult.h"
+#include "dmcommon/xml/dmxmlwrapper.h"
+#include "dmcommon/xml/vocabulary/xmlvocabulary.h"
+
+using DmExtension::DM_XML_OK;
+using DmExtension::DMXMLWrapper;
+namespace XMLAttributes = DmCppHelperV1::XMLAttributes;
+namespace XMLElements = DmCppHelperV1::XMLElements;
 
 DMUpperFunc::~DMUpperFunc() = default;
 
@@ -47,6 +57,25 @@ int SlotOf(DMField::StorageType storage) {
       return kNotFound;
   }
   return kNotFound;  // a number outside the enumeration
+}
+
+// The attribute of each default-format slot, in slot order.
+constexpr const char* kSlotAttribute[kSlotCount] = {
+    XMLAttributes::DefaultNumberFormat,
+    XMLAttributes::DefaultStringFormat,
+    XMLAttributes::DefaultDateFormat,
+    XMLAttributes::DefaultTimeFormat,
+};
+
+// The two dropped-record details have no vocabulary entries; documents in
+// use carry them under these names.
+constexpr char kBadWeightCount[] = "badWeightCount";
+constexpr char kWeightedDroppedCount[] = "weightedDroppedCount";
+
+[[nodiscard]] bool AppendTo(DMXMLWrapper& parent, std::unique_ptr<DMXMLWrapper>& child) {
+  if (parent.addElement(child.get()) != DM_XML_OK) return false;
+  static_cast<void>(child.release());
+  return true;
 }
 
 bool IsWhole(double value) { return std::floor(value) == value; }
@@ -127,6 +156,86 @@ class DMMetaData::Impl {
       if (ordinal < 0 ? group.GetName() == name : seen++ == ordinal) return static_cast<int>(i);
     }
     return kNotFound;
+  }
+
+  [[nodiscard]] bool WriteRecordCounts(DMXMLWrapper& root) const {
+    if (unweightedCount < 0 && weightedCount < 0 && droppedCount < 0) return true;
+    std::unique_ptr<DMXMLWrapper> element(root.createFreeElement(XMLElements::RecordCounts));
+    if (element == nullptr) return false;
+    if (element->addAttribute(XMLAttributes::UnweightedCount, unweightedCount) != DM_XML_OK ||
+        element->addAttribute(XMLAttributes::WeightedCount, weightedCount) != DM_XML_OK ||
+        element->addAttribute(XMLAttributes::DroppedCount, droppedCount) != DM_XML_OK) {
+      return false;
+    }
+    if (badWeightCount >= 0 &&
+        element->addAttribute(kBadWeightCount, badWeightCount) != DM_XML_OK) {
+      return false;
+    }
+    if (weightedDroppedCount >= 0 &&
+        element->addAttribute(kWeightedDroppedCount, weightedDroppedCount) != DM_XML_OK) {
+      return false;
+    }
+    return AppendTo(root, element);
+  }
+
+  [[nodiscard]] bool WriteFieldFormats(DMXMLWrapper& root) const {
+    if (sharedFormats.empty()) return true;
+    std::unique_ptr<DMXMLWrapper> element(root.createFreeElement(XMLElements::FieldFormats));
+    if (element == nullptr) return false;
+    for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
+      const int index = defaultFormats[slot];
+      if (index < 0) continue;
+      const std::string& name = sharedFormats[static_cast<std::size_t>(index)]->GetName();
+      if (element->addAttribute(kSlotAttribute[slot], name.c_str()) != DM_XML_OK) return false;
+    }
+    for (const auto& format : sharedFormats) {
+      DMXMLWrapper* created = nullptr;
+      format->AddToTree(*element, created);
+      if (created == nullptr) return false;
+    }
+    return AppendTo(root, element);
+  }
+
+  [[nodiscard]] bool WriteFieldGroups(DMXMLWrapper& root) const {
+    if (fieldGroups.empty()) return true;
+    std::unique_ptr<DMXMLWrapper> element(root.createFreeElement(XMLElements::FieldGroups));
+    if (element == nullptr) return false;
+    for (const auto& group : fieldGroups) {
+      DMXMLWrapper* created = nullptr;
+      group->AddToTree(*element, created);
+      // Intended: a group without members ends the list instead of failing
+      // the export, and the groups after it are left out. Documents written
+      // so far depend on this.
+      if (created == nullptr) break;
+    }
+    return AppendTo(root, element);
+  }
+
+  [[nodiscard]] bool WriteFields(DMXMLWrapper& root) const {
+    std::unique_ptr<DMXMLWrapper> element(root.createFreeElement(XMLElements::Fields));
+    if (element == nullptr) return false;
+    // The count goes out as a real number ("%.15g"), as readers expect.
+    if (element->addAttribute(XMLAttributes::Count, static_cast<double>(fields.size())) !=
+        DM_XML_OK) {
+      return false;
+    }
+    const char* caseSensitive = upperFunc != nullptr ? "false" : "true";
+    if (element->addAttribute(XMLAttributes::CaseSensitive, caseSensitive) != DM_XML_OK) {
+      return false;
+    }
+    for (const auto& field : fields) {
+      DMXMLWrapper* created = nullptr;
+      field->AddToTree(*element, created, false);
+      if (created == nullptr) return false;
+    }
+    return AppendTo(root, element);
+  }
+
+  [[nodiscard]] bool WriteDatasetSummaries(DMXMLWrapper& root) const {
+    if (datasetSummaries == nullptr) return true;
+    DMXMLWrapper* created = nullptr;
+    datasetSummaries->AddToTree(root, created);
+    return created != nullptr;
   }
 
   DMUpperFunc* upperFunc;
@@ -399,4 +508,20 @@ void DMMetaData::setDatasetSummaries(DMDatasetSummaries* summaries) {
 
 const DMDatasetSummaries* DMMetaData::getDatasetSummaries() const {
   return impl_->datasetSummaries.get();
+}
+
+bool DMMetaData::ExportXMLDoc(std::string& xml) const {
+  if (impl_->fields.empty()) return false;
+  DMXMLWrapper document;
+  document.createNew(XMLElements::DataModel);
+  if (document.getElement() == nullptr) return false;
+  if (!impl_->WriteRecordCounts(document)) return false;
+  if (!impl_->WriteFieldFormats(document)) return false;
+  if (!impl_->WriteFieldGroups(document)) return false;
+  if (!impl_->WriteFields(document)) return false;
+  if (!impl_->WriteDatasetSummaries(document)) return false;
+  std::string text;
+  if (document.doc2string(text) != DM_XML_OK) return false;
+  xml = std::move(text);
+  return true;
 }

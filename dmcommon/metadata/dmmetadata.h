@@ -184,6 +184,14 @@ class DMCOMMON_EXPORT DMMetaData {
   /// none.
   const DMDatasetSummaries* getDatasetSummaries() const;
 
+  /// Writes the container as a metadata XML document (root `DataModel`:
+  /// record counts when one of the first three is known, shared formats with
+  /// the default slots, groups up to the first one without members, fields,
+  /// summaries) into `xml` and returns true. Returns false, leaving `xml`
+  /// untouched, when the container has no fields or a part writes nothing.
+  /// Needs the XML layer started.
+  bool ExportXMLDoc(std::string& xml) const;
+
  private:
   class Impl;
   std::unique_ptr<Impl> impl_;

@@ -1,0 +1,207 @@
+#include <cctype>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "dmcommon/fields/dmfield.h"
+#include "dmcommon/formats/dmdateformat.h"
+#include "dmcommon/formats/dmformat.h"
+#include "dmcommon/formats/dmnumberformat.h"
+#include "dmcommon/formats/dmstringformat.h"
+#include "dmcommon/formats/dmtimeformat.h"
+#include "dmcommon/metadata/dmfieldgroup.h"
+#include "dmcommon/metadata/dmmetadata.h"
+#include "dmcommon/summaries/dmdatasetsummaries.h"
+#include "dmcommon/xml/dmxmlwrapper.h"
+#include "tests/support/xmltest.h"
+
+namespace {
+
+using DmExtension::DMXMLWrapper;
+using Storage = DMField::StorageType;
+using Measure = DMField::FieldType;
+using GroupType = DMMetaData::GroupType;
+using DMMetaDataDocTest = dmtest::XmlTest;
+
+class UpperCaser : public DMUpperFunc {
+ public:
+  std::string operator()(const std::string& name) const override {
+    std::string folded = name;
+    for (char& c : folded) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return folded;
+  }
+};
+
+DMField NominalText(const std::string& name) {
+  return DMField(name, Measure::Nominal, Storage::String, DMField::RoleType::Input);
+}
+
+DMField ContinuousReal(const std::string& name) {
+  return DMField(name, Measure::Continuous, Storage::Real, DMField::RoleType::Input);
+}
+
+std::unique_ptr<DMFormat> Named(std::unique_ptr<DMFormat> format, const std::string& name) {
+  format->SetName(name);
+  return format;
+}
+
+std::unique_ptr<DMFormat> NumberFormat(const std::string& name) {
+  return Named(std::make_unique<DMNumberFormat>(DMNumberFormat::Standard, 8, 2), name);
+}
+
+std::unique_ptr<DMFormat> StringFormat(const std::string& name) {
+  return Named(std::make_unique<DMStringFormat>(20, false), name);
+}
+
+std::unique_ptr<DMFormat> DateFormat(const std::string& name) {
+  return Named(std::make_unique<DMDateFormat>(DMDateFormat::Y_M_D, 10, 0,
+                                              DMFormat::UnitsSeparator::Dash, false, false),
+               name);
+}
+
+std::unique_ptr<DMFormat> TimeFormat(const std::string& name) {
+  return Named(std::make_unique<DMTimeFormat>(DMTimeFormat::H_M_S, 8, 0,
+                                              DMFormat::UnitsSeparator::Colon, true),
+               name);
+}
+
+constexpr char kSummaries[] =
+    R"(<DatasetSummaries><OverallSummaries current="false"/></DatasetSummaries>)";
+
+// The text of a whole document with `body` under the declaration.
+std::string Document(const std::string& body) { return dmtest::kXmlDeclaration + body; }
+
+// A group written under the root of a new document, or "<nothing>".
+std::string GroupText(const DMFieldGroup& group) {
+  DMXMLWrapper document;
+  document.createNew("Root");
+  DMXMLWrapper* created = &document;
+  group.AddToTree(document, created);
+  if (created == nullptr) return "<nothing>";
+  return DMMetaDataDocTest::WithoutDeclaration(document);
+}
+
+// The export of `metadata`, or "<refused>".
+std::string Exported(const DMMetaData& metadata) {
+  std::string xml;
+  if (!metadata.ExportXMLDoc(xml)) return "<refused>";
+  return xml;
+}
+
+// A container with a field of each kind, every format kind with all four
+// default slots set, two groups, every count and summaries.
+DMMetaData FullContainer(DMUpperFunc* upper) {
+  DMMetaData metadata(upper);
+  metadata.AppendField(ContinuousReal("age"));
+  metadata.AppendField(NominalText("name"));
+  metadata.AddSharedFormat(*NumberFormat("num"));
+  metadata.AddSharedFormat(*StringFormat("str"));
+  metadata.AddSharedFormat(*DateFormat("date"));
+  metadata.AddSharedFormat(*TimeFormat("time"));
+  metadata.SetDefaultFormat(Storage::Real, "num");
+  metadata.SetDefaultFormat(Storage::String, "str");
+  metadata.SetDefaultFormat(Storage::Date, "date");
+  metadata.SetDefaultFormat(Storage::Time, "time");
+  metadata.SetFieldGroup(GroupType::MultiDichotomySet, "set", {"age", "name"}, "A set", "1");
+  metadata.SetFieldGroup(GroupType::SplitGroup, "split", {"name"}, "", "");
+  metadata.SetRecordCounts(100, 98.5);
+  metadata.SetDroppedCount(3);
+  metadata.SetDroppedDetails(2, 1.5);
+  metadata.setDatasetSummaries(kSummaries);
+  return metadata;
+}
+
+constexpr char kFullBody[] =
+    R"(<DataModel>)"
+    R"(<RecordCounts badWeightCount="2" droppedCount="3" unweightedCount="100" )"
+    R"(weightedCount="98.5" weightedDroppedCount="1.5"/>)"
+    R"(<FieldFormats defaultDateFormat="date" defaultNumberFormat="num" )"
+    R"(defaultStringFormat="str" defaultTimeFormat="time">)"
+    R"(<NumberFormat alignment="auto" decimalPlaces="2" decimalSymbol="period" )"
+    R"(formatType="standard" groupingSymbol="none" name="num" width="8"/>)"
+    R"(<StringFormat alignment="auto" hexadecimal="false" name="str" width="20"/>)"
+    R"(<DateFormat alignment="auto" decimalPlaces="0" formatType="y_M_D" name="date" )"
+    R"(namesLocal="false" separator="dash" twoDigitYear="false" width="10"/>)"
+    R"(<TimeFormat alignment="auto" decimalPlaces="0" formatType="h_M_S" name="time" )"
+    R"(paddedHMS="true" separator="colon" width="8"/>)"
+    R"(</FieldFormats>)"
+    R"(<FieldGroups>)"
+    R"(<FieldGroup countedValue="1" displayLabel="A set" groupType="multiDichotomySet" )"
+    R"(name="set"><FieldName name="age"/><FieldName name="name"/></FieldGroup>)"
+    R"(<FieldGroup groupType="splitGroup" name="split"><FieldName name="name"/></FieldGroup>)"
+    R"(</FieldGroups>)"
+    R"(<Fields caseSensitive="false" count="2">)"
+    R"(<Field measure="continuous" name="age" role="input" storage="real"/>)"
+    R"(<Field measure="nominal" name="name" role="input" storage="string"/>)"
+    R"(</Fields>)"
+    R"(<DatasetSummaries><OverallSummaries current="false" includeNotValid="true" )"
+    R"(includeUMissing="true"/></DatasetSummaries>)"
+    R"(</DataModel>)";
+
+// The group writer.
+
+TEST(DMMetaDataDocTest, GroupWritesTypeNameLabelAndMembers) {
+  EXPECT_EQ(GroupText(DMFieldGroup(GroupType::MultiCategorySet, "g", {"a", "b"}, "L", "")),
+            R"(<Root><FieldGroup displayLabel="L" groupType="multiCategorySet" name="g">)"
+            R"(<FieldName name="a"/><FieldName name="b"/></FieldGroup></Root>)");
+  EXPECT_EQ(GroupText(DMFieldGroup(GroupType::FieldGroup, "", {"x"}, "", "yes")),
+            R"(<Root><FieldGroup countedValue="yes" groupType="fieldGroup" name="">)"
+            R"(<FieldName name="x"/></FieldGroup></Root>)");
+}
+
+TEST(DMMetaDataDocTest, GroupWithoutMembersOrOfAnUnknownTypeWritesNothing) {
+  EXPECT_EQ(GroupText(DMFieldGroup()), "<nothing>");
+  EXPECT_EQ(GroupText(DMFieldGroup(static_cast<GroupType>(4), "g", {"a"}, "", "")), "<nothing>");
+}
+
+// Writing.
+
+TEST(DMMetaDataDocTest, WritesEveryPartInOrder) {
+  UpperCaser upper;
+  EXPECT_EQ(Exported(FullContainer(&upper)), Document(kFullBody));
+}
+
+TEST(DMMetaDataDocTest, ContainerWithoutFieldsIsNotWrittenAndTextIsUntouched) {
+  DMMetaData metadata(nullptr);
+  metadata.AddSharedFormat(*NumberFormat("num"));
+  metadata.SetRecordCounts(5, 5);
+  std::string xml = "before";
+  EXPECT_FALSE(metadata.ExportXMLDoc(xml));
+  EXPECT_EQ(xml, "before");
+}
+
+TEST(DMMetaDataDocTest, UnknownCountsWriteNoRecordCountsAndCaseSensitiveIsTrue) {
+  DMMetaData metadata(nullptr);
+  metadata.AppendField(ContinuousReal("x"));
+  metadata.SetDroppedDetails(4, 2);  // details alone do not make the element
+  EXPECT_EQ(Exported(metadata),
+            Document(R"(<DataModel><Fields caseSensitive="true" count="1">)"
+                     R"(<Field measure="continuous" name="x" role="input" storage="real"/>)"
+                     R"(</Fields></DataModel>)"));
+}
+
+TEST(DMMetaDataDocTest, OneKnownCountWritesAllThreeWithMinusOne) {
+  DMMetaData metadata(nullptr);
+  metadata.AppendField(ContinuousReal("x"));
+  metadata.SetDroppedCount(3);
+  EXPECT_EQ(Exported(metadata),
+            Document(R"(<DataModel><RecordCounts droppedCount="3" unweightedCount="-1" )"
+                     R"(weightedCount="-1"/><Fields caseSensitive="true" count="1">)"
+                     R"(<Field measure="continuous" name="x" role="input" storage="real"/>)"
+                     R"(</Fields></DataModel>)"));
+}
+
+TEST(DMMetaDataDocTest, UnsetDefaultSlotsWriteNoAttributeAndCountIsAPlainNumber) {
+  DMMetaData metadata(nullptr);
+  for (int i = 0; i < 12; ++i) metadata.AppendField(ContinuousReal("v" + std::to_string(i)));
+  metadata.AddSharedFormat(*StringFormat("str"));
+  const std::string xml = Exported(metadata);
+  EXPECT_NE(xml.find(R"(<FieldFormats><StringFormat alignment="auto" hexadecimal="false" )"
+                     R"(name="str" width="20"/></FieldFormats>)"),
+            std::string::npos);
+  EXPECT_NE(xml.find(R"(<Fields caseSensitive="true" count="12">)"), std::string::npos);
+}
+
+}  // namespace

@@ -14,11 +14,14 @@
 #include "dmcommon/stats/dmcontstats.h"
 #include "dmcommon/summaries/dmdatasetsummaries.h"
 #include "dmcommon/values/dmvalue.h"
+#include "dmcommon/xml/dmxmliteratorwrapper.h"
 #include "dmcommon/xml/dmxmlresult.h"
 #include "dmcommon/xml/dmxmlwrapper.h"
 #include "dmcommon/xml/vocabulary/xmlvocabulary.h"
 
+using DmExtension::DM_XML_NO_MORE_ITEMS;
 using DmExtension::DM_XML_OK;
+using DmExtension::DMXMLIteratorWrapper;
 using DmExtension::DMXMLWrapper;
 namespace XMLAttributes = DmCppHelperV1::XMLAttributes;
 namespace XMLElements = DmCppHelperV1::XMLElements;
@@ -76,6 +79,188 @@ constexpr char kWeightedDroppedCount[] = "weightedDroppedCount";
   if (parent.addElement(child.get()) != DM_XML_OK) return false;
   static_cast<void>(child.release());
   return true;
+}
+
+// The first direct child of `parent` named `name` into `child`, null when
+// there is none. False only when the children cannot be walked.
+[[nodiscard]] bool FirstChild(DMXMLWrapper& parent, const char* name, DMXMLWrapper*& child) {
+  child = nullptr;
+  DMXMLIteratorWrapper* children = nullptr;
+  if (parent.getElementDirectIterator(name, &children) != DM_XML_OK) return false;
+  void* item = nullptr;
+  const int rc = children->nextItem(&item);
+  if (rc == DM_XML_NO_MORE_ITEMS) return true;
+  if (rc != DM_XML_OK || item == nullptr) return false;
+  child = static_cast<DMXMLWrapper*>(item);
+  return true;
+}
+
+// Calls `read` on each direct child of `parent` named `name` (every child
+// element when empty) in document order; the first false stops the walk and
+// is returned.
+template <typename Read>
+[[nodiscard]] bool ReadChildren(DMXMLWrapper& parent, const char* name, Read read) {
+  DMXMLIteratorWrapper* children = nullptr;
+  if (parent.getElementDirectIterator(name, &children) != DM_XML_OK) return false;
+  for (;;) {
+    void* item = nullptr;
+    const int rc = children->nextItem(&item);
+    if (rc == DM_XML_NO_MORE_ITEMS) return true;
+    if (rc != DM_XML_OK || item == nullptr) return false;
+    if (!read(*static_cast<DMXMLWrapper*>(item))) return false;
+  }
+}
+
+// The default slots in the order the reader takes them, with the storage
+// each named format must suit; SetDefaultFormat maps the storage to its slot.
+struct SlotReading {
+  const char* attribute;
+  DMField::StorageType storage;
+};
+constexpr SlotReading kSlotReadings[kSlotCount] = {
+    {XMLAttributes::DefaultNumberFormat, DMField::StorageType::Real},
+    {XMLAttributes::DefaultDateFormat, DMField::StorageType::Date},
+    {XMLAttributes::DefaultTimeFormat, DMField::StorageType::Time},
+    {XMLAttributes::DefaultStringFormat, DMField::StorageType::String},
+};
+
+[[nodiscard]] bool ReadDefaultFormats(const DMXMLWrapper& formats, DMMetaData& target) {
+  for (const SlotReading& reading : kSlotReadings) {
+    std::string name;
+    bool found = false;
+    if (formats.getAttribute(reading.attribute, name, found) != DM_XML_OK) return false;
+    if (name.empty()) continue;
+    if (target.SetDefaultFormat(reading.storage, name) < 0) return false;
+  }
+  return true;
+}
+
+[[nodiscard]] bool ReadSharedFormats(DMXMLWrapper& root, DMMetaData& target) {
+  DMXMLWrapper* formats = nullptr;
+  if (!FirstChild(root, XMLElements::FieldFormats, formats)) return false;
+  if (formats == nullptr) return true;
+  const bool read = ReadChildren(*formats, "", [&target](DMXMLWrapper& element) {
+    const std::unique_ptr<DMFormat> format(DMField::FormatFromDOMNode(element));
+    return format != nullptr && target.AddSharedFormat(*format) != kNotFound;
+  });
+  return read && ReadDefaultFormats(*formats, target);
+}
+
+[[nodiscard]] bool ReadFieldGroup(DMXMLWrapper& element, DMMetaData& target) {
+  std::string typeText;
+  bool found = false;
+  if (element.getAttribute(XMLAttributes::GroupType, typeText, found) != DM_XML_OK || !found) {
+    return false;
+  }
+  const int row = DMEnumDict::IndexOfText(gGroupTypeDict, typeText.c_str());
+  if (row < 0) return false;
+  const auto type = static_cast<DMMetaData::GroupType>(gGroupTypeDict[row].value);
+  std::string name;
+  if (element.getAttribute(XMLAttributes::Name, name, found) != DM_XML_OK || !found) return false;
+  std::string label;
+  std::string countedValue;
+  if (element.getAttribute(XMLAttributes::DisplayLabel, label, found) != DM_XML_OK ||
+      element.getAttribute(XMLAttributes::CountedValue, countedValue, found) != DM_XML_OK) {
+    return false;
+  }
+  std::vector<std::string> members;
+  const bool read = ReadChildren(element, XMLElements::FieldName, [&members](DMXMLWrapper& member) {
+    std::string memberName;
+    bool present = false;
+    if (member.getAttribute(XMLAttributes::Name, memberName, present) != DM_XML_OK) {
+      return false;
+    }
+    if (!present) return false;
+    members.push_back(std::move(memberName));
+    return true;
+  });
+  // SetFieldGroup refuses a group without members and a second group of the
+  // same type and name, both defects of the document.
+  return read && target.SetFieldGroup(type, name, members, label, countedValue);
+}
+
+[[nodiscard]] bool ReadFieldGroups(DMXMLWrapper& root, DMMetaData& target) {
+  DMXMLWrapper* groups = nullptr;
+  if (!FirstChild(root, XMLElements::FieldGroups, groups)) return false;
+  if (groups == nullptr) return true;
+  return ReadChildren(*groups, "",
+                      [&target](DMXMLWrapper& element) { return ReadFieldGroup(element, target); });
+}
+
+// A count that must be there as an ordinary number: infinities and
+// not-a-number are defects.
+[[nodiscard]] bool ReadRequiredCount(const DMXMLWrapper& element, const char* name, double& count) {
+  bool found = false;
+  int special = 0;
+  return element.getAttribute(name, count, found, special) == DM_XML_OK && found && special == 0;
+}
+
+// An optional count reads as unknown when absent.
+[[nodiscard]] bool ReadOptionalCount(const DMXMLWrapper& element, const char* name, double& count) {
+  bool found = false;
+  int special = 0;
+  if (element.getAttribute(name, count, found, special) != DM_XML_OK) return false;
+  if (!found) count = kUnknownCount;
+  return special == 0;
+}
+
+[[nodiscard]] bool ReadRecordCounts(DMXMLWrapper& root, DMMetaData& target) {
+  DMXMLWrapper* counts = nullptr;
+  if (!FirstChild(root, XMLElements::RecordCounts, counts)) return false;
+  if (counts == nullptr) return true;
+  double unweighted = 0;
+  double weighted = 0;
+  double dropped = 0;
+  double badWeight = 0;
+  double weightedDropped = 0;
+  if (!ReadRequiredCount(*counts, XMLAttributes::UnweightedCount, unweighted) ||
+      !ReadRequiredCount(*counts, XMLAttributes::WeightedCount, weighted) ||
+      !ReadRequiredCount(*counts, XMLAttributes::DroppedCount, dropped) ||
+      !ReadOptionalCount(*counts, kBadWeightCount, badWeight) ||
+      !ReadOptionalCount(*counts, kWeightedDroppedCount, weightedDropped)) {
+    return false;
+  }
+  // The setters' rules apply: a fractional count that must be whole is
+  // dropped silently rather than failing the load.
+  target.SetRecordCounts(unweighted, weighted);
+  target.SetDroppedCount(dropped);
+  target.SetDroppedDetails(badWeight, weightedDropped);
+  return true;
+}
+
+[[nodiscard]] bool ReadFields(DMXMLWrapper& root, DMMetaData& target) {
+  DMXMLWrapper* fields = nullptr;
+  if (!FirstChild(root, XMLElements::Fields, fields)) return false;
+  if (fields == nullptr) return false;
+  return ReadChildren(*fields, XMLElements::Field, [&target](DMXMLWrapper& element) {
+    const DMField field(element, false);
+    return target.AppendField(field) != kNotFound;
+  });
+}
+
+[[nodiscard]] bool ReadDatasetSummaries(DMXMLWrapper& root, DMMetaData& target) {
+  DMXMLWrapper* element = nullptr;
+  if (!FirstChild(root, XMLElements::DatasetSummaries, element)) return false;
+  if (element == nullptr) return true;
+  auto summaries = std::make_unique<DMDatasetSummaries>(*element);
+  if (!summaries->parseSuccess()) return false;
+  target.setDatasetSummaries(summaries.release());
+  return true;
+}
+
+// Fills the empty `target` from the document text. The parsed document lives
+// only as long as this call, so the DOM is gone before the model is used.
+[[nodiscard]] bool ReadDocument(const std::string& xml, DMMetaData& target) {
+  DMXMLWrapper document;
+  document.loadFromContents(xml.c_str());
+  // The root's name is deliberately not checked beyond being readable.
+  std::string rootName;
+  if (document.getName(rootName) != DM_XML_OK || rootName.empty()) return false;
+  if (!ReadSharedFormats(document, target)) return false;
+  if (!ReadFieldGroups(document, target)) return false;
+  if (!ReadRecordCounts(document, target)) return false;
+  if (!ReadFields(document, target)) return false;
+  return ReadDatasetSummaries(document, target);
 }
 
 bool IsWhole(double value) { return std::floor(value) == value; }
@@ -256,6 +441,14 @@ class DMMetaData::Impl {
 };
 
 DMMetaData::DMMetaData(DMUpperFunc* upper) : impl_(std::make_unique<Impl>(upper)) {}
+
+DMMetaData::DMMetaData(const std::string& xml, DMUpperFunc* upper)
+    : impl_(std::make_unique<Impl>(upper)) {
+  // All or nothing: the document is read into a separate container whose
+  // state is taken over only when every step succeeded.
+  DMMetaData loaded(upper);
+  if (ReadDocument(xml, loaded)) impl_ = std::move(loaded.impl_);
+}
 
 DMMetaData::DMMetaData(const DMMetaData& other) : impl_(std::make_unique<Impl>(*other.impl_)) {}
 

@@ -44,6 +44,14 @@ class DMCOMMON_EXPORT DMMetaData {
   /// names are compared by their folded forms (case-insensitive); with null,
   /// exactly. `upper` is not owned.
   explicit DMMetaData(DMUpperFunc* upper);
+  /// A container read from the metadata XML document `xml`: shared formats
+  /// and default slots, field groups, record counts, fields (required) and
+  /// dataset summaries. Any defect, including text that does not parse (the
+  /// XML layer then prints its one line), gives the empty container instead;
+  /// nothing is reported otherwise. `upper` is kept as the case-folding
+  /// callback whatever the document says, and is not owned. Needs the XML
+  /// layer started.
+  DMMetaData(const std::string& xml, DMUpperFunc* upper);
   /// A deep copy of `other`: fields, shared formats (by their `Clone`),
   /// groups and summaries are copied; the case-folding callback is shared.
   DMMetaData(const DMMetaData& other);

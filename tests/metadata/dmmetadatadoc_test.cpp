@@ -204,4 +204,95 @@ TEST(DMMetaDataDocTest, UnsetDefaultSlotsWriteNoAttributeAndCountIsAPlainNumber)
   EXPECT_NE(xml.find(R"(<Fields caseSensitive="true" count="12">)"), std::string::npos);
 }
 
+// Reading.
+
+TEST(DMMetaDataDocTest, ExportReadExportGivesTheSameTextAndModel) {
+  UpperCaser upper;
+  const std::string first = Exported(FullContainer(&upper));
+  const DMMetaData read(first, &upper);
+  EXPECT_EQ(Exported(read), first);
+  ASSERT_EQ(read.FieldCount(), 2u);
+  EXPECT_EQ(read.GetField(1)->GetName(), "name");
+  EXPECT_EQ(read.GetFieldIndex("AGE"), 0);
+  EXPECT_FALSE(read.IsCaseSensitive());
+  ASSERT_NE(read.GetSharedFormat(3), nullptr);
+  EXPECT_EQ(read.GetSharedFormat(3)->GetName(), "time");
+  EXPECT_EQ(read.GetDefaultFormat(Storage::Integer)->GetName(), "num");
+  EXPECT_EQ(read.GetDefaultFormat(Storage::String)->GetName(), "str");
+  EXPECT_EQ(read.GetDefaultFormat(Storage::Timestamp)->GetName(), "date");
+  EXPECT_EQ(read.GetDefaultFormat(Storage::Time)->GetName(), "time");
+  std::vector<std::string> members;
+  std::string label;
+  std::string counted;
+  EXPECT_TRUE(read.GetFieldGroup(GroupType::MultiDichotomySet, "set", members, label, counted));
+  EXPECT_EQ(members, (std::vector<std::string>{"age", "name"}));
+  EXPECT_EQ(label, "A set");
+  EXPECT_EQ(counted, "1");
+  EXPECT_EQ(read.GetRecordCount(false), 100);
+  EXPECT_EQ(read.GetRecordCount(true), 98.5);
+  EXPECT_EQ(read.GetDroppedCount(), 3);
+  double badWeight = 0;
+  double weightedDropped = 0;
+  read.GetDroppedDetails(badWeight, weightedDropped);
+  EXPECT_EQ(badWeight, 2);
+  EXPECT_EQ(weightedDropped, 1.5);
+  ASSERT_NE(read.getDatasetSummaries(), nullptr);
+  EXPECT_FALSE(read.getDatasetSummaries()->getOverallSummaries()->getCurrent());
+}
+
+TEST(DMMetaDataDocTest, CallbackComesFromTheCallerNotTheDocument) {
+  UpperCaser upper;
+  const DMMetaData read(Exported(FullContainer(&upper)), nullptr);
+  EXPECT_EQ(read.FieldCount(), 2u);
+  EXPECT_TRUE(read.IsCaseSensitive());
+  EXPECT_EQ(read.GetFieldIndex("AGE"), -1);
+}
+
+TEST(DMMetaDataDocTest, ChildOrderAndRootNameDoNotMatter) {
+  const DMMetaData read(
+      R"(<Anything><Fields><Field name="b" measure="nominal" storage="string" role="input"/>)"
+      R"(</Fields><RecordCounts unweightedCount="7" weightedCount="6.5" droppedCount="0"/>)"
+      R"(</Anything>)",
+      nullptr);
+  EXPECT_EQ(read.FieldCount(), 1u);
+  EXPECT_EQ(read.GetRecordCount(false), 7);
+  EXPECT_EQ(read.GetRecordCount(true), 6.5);
+  EXPECT_EQ(read.GetDroppedCount(), 0);
+  double badWeight = 0;
+  double weightedDropped = 0;
+  read.GetDroppedDetails(badWeight, weightedDropped);
+  EXPECT_EQ(badWeight, -1);
+  EXPECT_EQ(weightedDropped, -1);
+}
+
+TEST(DMMetaDataDocTest, FractionalUnweightedCountLoadsButKeepsCountsUnknown) {
+  const DMMetaData read(
+      R"(<DataModel><RecordCounts unweightedCount="10.5" weightedCount="3" droppedCount="2.5" )"
+      R"(badWeightCount="1.5" weightedDroppedCount="-4"/>)"
+      R"(<Fields><Field name="b" measure="nominal" storage="string" role="input"/></Fields>)"
+      R"(</DataModel>)",
+      nullptr);
+  EXPECT_EQ(read.FieldCount(), 1u);
+  EXPECT_EQ(read.GetRecordCount(false), -1);
+  EXPECT_EQ(read.GetRecordCount(true), -1);
+  EXPECT_EQ(read.GetDroppedCount(), -1);
+  double badWeight = 0;
+  double weightedDropped = 0;
+  read.GetDroppedDetails(badWeight, weightedDropped);
+  EXPECT_EQ(badWeight, -1);
+  EXPECT_EQ(weightedDropped, -1);
+}
+
+TEST(DMMetaDataDocTest, NamesDifferingInCaseLoadOnlyWithoutCallback) {
+  const std::string xml =
+      R"(<DataModel><Fields><Field name="age" measure="nominal" storage="string" role="input"/>)"
+      R"(<Field name="AGE" measure="nominal" storage="string" role="input"/></Fields>)"
+      R"(</DataModel>)";
+  UpperCaser upper;
+  EXPECT_EQ(DMMetaData(xml, nullptr).FieldCount(), 2u);
+  const DMMetaData folded(xml, &upper);
+  EXPECT_EQ(folded.FieldCount(), 0u);
+  EXPECT_FALSE(folded.IsCaseSensitive());
+}
+
 }  // namespace

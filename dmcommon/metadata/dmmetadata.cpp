@@ -718,3 +718,14 @@ bool DMMetaData::ExportXMLDoc(std::string& xml) const {
   xml = std::move(text);
   return true;
 }
+
+bool DMMetaData::ValidateXMLChars(const std::string& text) {
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    // The zero byte passes on purpose: callers hand in texts that carry the
+    // serialiser's trailing NUL.
+    if (byte == 0 || byte == '\t' || byte == '\n' || byte == '\r') continue;
+    if (byte < 0x20) return false;
+  }
+  return true;
+}

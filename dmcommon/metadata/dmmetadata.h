@@ -199,6 +199,10 @@ class DMCOMMON_EXPORT DMMetaData {
   /// untouched, when the container has no fields or a part writes nothing.
   /// Needs the XML layer started.
   bool ExportXMLDoc(std::string& xml) const;
+  /// False when `text` holds a control byte XML cannot carry (1 to 8, 11, 12,
+  /// 14 to 31); true otherwise, also for the empty text, TAB, LF, CR and,
+  /// deliberately, the zero byte.
+  static bool ValidateXMLChars(const std::string& text);
 
  private:
   class Impl;

@@ -295,4 +295,19 @@ TEST(DMMetaDataDocTest, NamesDifferingInCaseLoadOnlyWithoutCallback) {
   EXPECT_FALSE(folded.IsCaseSensitive());
 }
 
+// Characters.
+
+TEST(DMMetaDataDocTest, ValidateXMLCharsRefusesControlBytesButTabLineFeedReturnAndZero) {
+  EXPECT_TRUE(DMMetaData::ValidateXMLChars(""));
+  EXPECT_TRUE(DMMetaData::ValidateXMLChars("a\tb\nc\rd"));
+  EXPECT_TRUE(DMMetaData::ValidateXMLChars(std::string("a\0b", 3)));
+  EXPECT_TRUE(DMMetaData::ValidateXMLChars("caf\xC3\xA9 \x7F\xFF"));
+  EXPECT_FALSE(DMMetaData::ValidateXMLChars("a\x0B"));
+  for (int byte = 1; byte < 32; ++byte) {
+    const bool allowed = byte == 9 || byte == 10 || byte == 13;
+    EXPECT_EQ(DMMetaData::ValidateXMLChars(std::string(1, static_cast<char>(byte))), allowed)
+        << byte;
+  }
+}
+
 }  // namespace

@@ -1,4 +1,5 @@
 #include <cctype>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -307,6 +308,91 @@ TEST(DMMetaDataDocTest, ValidateXMLCharsRefusesControlBytesButTabLineFeedReturnA
     const bool allowed = byte == 9 || byte == 10 || byte == 13;
     EXPECT_EQ(DMMetaData::ValidateXMLChars(std::string(1, static_cast<char>(byte))), allowed)
         << byte;
+  }
+}
+
+// Defective documents: one defect each, every one giving the empty container.
+
+struct DefectRow {
+  const char* defect;
+  const char* from;  // every occurrence in the full document is replaced; null: `to` is the text
+  const char* to;
+  bool parseError;  // the XML layer prints its one line
+};
+
+constexpr DefectRow kDefects[] = {
+    {"empty text", nullptr, "", true},
+    {"text that is not XML", "</DataModel>", "", true},
+    {"no Fields element", "Fields", "Fieldz", false},
+    {"format element of no known kind", "StringFormat ", "StrangeFormat ", false},
+    {"shared format without a name", R"(name="str" width="20")", R"(width="20")", false},
+    {"default naming no shared format", R"(defaultTimeFormat="time")",
+     R"(defaultTimeFormat="clock")", false},
+    {"default format of the wrong kind", R"(defaultNumberFormat="num")",
+     R"(defaultNumberFormat="str")", false},
+    {"group type in the wrong case", R"(groupType="splitGroup")", R"(groupType="SplitGroup")",
+     false},
+    {"group without a type", R"(groupType="splitGroup" )", "", false},
+    {"group without a name", R"( name="split")", "", false},
+    {"member without a name", R"(<FieldName name="age"/>)", "<FieldName/>", false},
+    {"group without members", R"(<FieldName name="name"/></FieldGroup></FieldGroups>)",
+     "</FieldGroup></FieldGroups>", false},
+    {"second group of the same type and name", R"(groupType="splitGroup" name="split")",
+     R"(groupType="multiDichotomySet" name="set")", false},
+    {"unweighted count missing", R"(unweightedCount="100" )", "", false},
+    {"unweighted count not a number", R"(unweightedCount="100")", R"(unweightedCount="many")",
+     false},
+    {"weighted count infinite", R"(weightedCount="98.5")", R"(weightedCount="INF")", false},
+    {"dropped count not-a-number", R"(droppedCount="3")", R"(droppedCount="NaN")", false},
+    {"bad-weight count infinite", R"(badWeightCount="2")", R"(badWeightCount="-INF")", false},
+    {"weighted dropped count infinite", R"(weightedDroppedCount="1.5")",
+     R"(weightedDroppedCount="INF")", false},
+    {"field without a name", R"(<Field measure="continuous" name="age")",
+     R"(<Field measure="continuous")", false},
+    {"second field with the same folded name", R"(name="name" role)", R"(name="AGE" role)", false},
+    {"summaries that do not parse", R"(current="false")", R"(current="no")", false},
+};
+
+std::string ReplaceAll(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != std::string::npos;
+       at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+TEST(DMMetaDataDocTest, EveryDefectGivesTheEmptyContainerWithTheSameCallback) {
+  UpperCaser upper;
+  const std::string full = Document(kFullBody);
+  ASSERT_EQ(DMMetaData(full, &upper).FieldCount(), 2u);
+  for (const DefectRow& row : kDefects) {
+    SCOPED_TRACE(row.defect);
+    std::string xml = row.to;
+    if (row.from != nullptr) {
+      ASSERT_NE(full.find(row.from), std::string::npos);
+      xml = ReplaceAll(full, row.from, row.to);
+    }
+    testing::internal::CaptureStdout();
+    const DMMetaData read(xml, &upper);
+    const std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(!printed.empty(), row.parseError) << printed;
+    EXPECT_EQ(read.FieldCount(), 0u);
+    EXPECT_EQ(read.GetSharedFormat(0), nullptr);
+    EXPECT_EQ(read.GetDefaultFormat(Storage::Real), nullptr);
+    EXPECT_EQ(read.FindFieldGroup(GroupType::MultiDichotomySet, 0, ""), -1);
+    EXPECT_EQ(read.FindFieldGroup(GroupType::SplitGroup, 0, ""), -1);
+    EXPECT_EQ(read.GetRecordCount(false), -1);
+    EXPECT_EQ(read.GetRecordCount(true), -1);
+    EXPECT_EQ(read.GetDroppedCount(), -1);
+    double badWeight = 0;
+    double weightedDropped = 0;
+    read.GetDroppedDetails(badWeight, weightedDropped);
+    EXPECT_EQ(badWeight, -1);
+    EXPECT_EQ(weightedDropped, -1);
+    EXPECT_EQ(read.getDatasetSummaries(), nullptr);
+    EXPECT_FALSE(read.IsCaseSensitive());
+    std::string exported = "untouched";
+    EXPECT_FALSE(read.ExportXMLDoc(exported));
   }
 }
 

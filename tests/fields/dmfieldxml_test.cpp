@@ -23,6 +23,7 @@
 #include "dmcommon/xml/dmxmliteratorwrapper.h"
 #include "dmcommon/xml/dmxmlresult.h"
 #include "dmcommon/xml/dmxmlwrapper.h"
+#include "tests/fields/fieldtest.h"
 #include "tests/support/xmltest.h"
 
 namespace {
@@ -63,126 +64,11 @@ std::vector<std::string> Describe(const std::vector<DMValue>& values) {
   return items;
 }
 
-// Whether `actual` is `expected`: the same nullness and type and, when set,
-// the same value.
-::testing::AssertionResult SameDatum(const DMDatum& actual, const DMDatum& expected) {
-  if (actual.IsNull() != expected.IsNull() || actual.GetType() != expected.GetType()) {
-    return ::testing::AssertionFailure() << "null or type differs";
-  }
-  if (!actual.IsNull() && actual.Compare(expected) != 0) {
-    return ::testing::AssertionFailure() << "value differs";
-  }
-  return ::testing::AssertionSuccess();
-}
-
-::testing::AssertionResult SameRange(const DMRange& actual, const DMRange& expected) {
-  const auto [lower, upper] = actual.GetLimits();
-  const auto [expectedLower, expectedUpper] = expected.GetLimits();
-  if (auto result = SameDatum(lower, expectedLower); !result) return result << " (lower limit)";
-  if (auto result = SameDatum(upper, expectedUpper); !result) return result << " (upper limit)";
-  return ::testing::AssertionSuccess();
-}
-
-::testing::AssertionResult SameValues(const std::vector<DMValue>& actual,
-                                      const std::vector<DMValue>& expected) {
-  if (actual.size() != expected.size()) {
-    return ::testing::AssertionFailure()
-           << actual.size() << " values, expected " << expected.size();
-  }
-  for (std::size_t i = 0; i < actual.size(); ++i) {
-    if (auto result = SameDatum(actual[i].GetDatum(), expected[i].GetDatum()); !result) {
-      return result << " (value " << i << ")";
-    }
-    if (actual[i].GetLabel() != expected[i].GetLabel() ||
-        actual[i].GetFlag() != expected[i].GetFlag() ||
-        actual[i].GetPartition() != expected[i].GetPartition()) {
-      return ::testing::AssertionFailure() << "label, flag or partition of value " << i;
-    }
-  }
-  return ::testing::AssertionSuccess();
-}
-
-// Every getter of `actual` gives what `expected`'s gives; components are
-// compared by content.
-void ExpectSameField(const DMField& actual, const DMField& expected) {
-  EXPECT_EQ(actual.GetName(), expected.GetName());
-  EXPECT_EQ(actual.GetType(), expected.GetType());
-  EXPECT_EQ(actual.GetStorage(), expected.GetStorage());
-  EXPECT_EQ(actual.GetRole(), expected.GetRole());
-  EXPECT_EQ(actual.GetStructure(), expected.GetStructure());
-  EXPECT_EQ(actual.GetStructureStorage(), expected.GetStructureStorage());
-  EXPECT_EQ(actual.GetSubRole(), expected.GetSubRole());
-  EXPECT_EQ(actual.GetMaxStringLength(), expected.GetMaxStringLength());
-  EXPECT_EQ(actual.GetDepth(), expected.GetDepth());
-  EXPECT_EQ(actual.GetElementCount(), expected.GetElementCount());
-  EXPECT_EQ(actual.GetLabel(), expected.GetLabel());
-  EXPECT_TRUE(SameRange(actual.GetRange(), expected.GetRange()));
-  EXPECT_TRUE(SameValues(actual.GetValues(), expected.GetValues()));
-  const DMMissingValues& missing = actual.GetMissingValues();
-  const DMMissingValues& expectedMissing = expected.GetMissingValues();
-  EXPECT_TRUE(SameRange(missing.GetMissingRange(), expectedMissing.GetMissingRange()));
-  EXPECT_TRUE(SameValues(missing.GetMissingValueList(), expectedMissing.GetMissingValueList()));
-  EXPECT_EQ(missing.IsNullMissing(), expectedMissing.IsNullMissing());
-  EXPECT_EQ(missing.IsWhiteSpMissing(), expectedMissing.IsWhiteSpMissing());
-  EXPECT_TRUE(SameValues(actual.GetValueLabels(), expected.GetValueLabels()));
-  EXPECT_EQ(actual.GetFormatReference(), expected.GetFormatReference());
-  ASSERT_EQ(actual.GetPrivateFormat() == nullptr, expected.GetPrivateFormat() == nullptr);
-  if (expected.GetPrivateFormat() != nullptr) {
-    EXPECT_EQ(actual.GetPrivateFormat()->GetFormatClass(),
-              expected.GetPrivateFormat()->GetFormatClass());
-    EXPECT_EQ(actual.GetPrivateFormat()->GetWidth(), expected.GetPrivateFormat()->GetWidth());
-  }
-  ASSERT_EQ(actual.GetModelField() == nullptr, expected.GetModelField() == nullptr);
-  if (expected.GetModelField() != nullptr) {
-    EXPECT_EQ(actual.GetModelField()->GetMFRole(), expected.GetModelField()->GetMFRole());
-    std::string field[2];
-    DMDatum value[2];
-    std::string group[2];
-    std::string tag[2];
-    actual.GetModelField()->GetTargetProps(field[0], value[0], group[0], tag[0]);
-    expected.GetModelField()->GetTargetProps(field[1], value[1], group[1], tag[1]);
-    EXPECT_EQ(field[0], field[1]);
-    EXPECT_TRUE(SameDatum(value[0], value[1]));
-    EXPECT_EQ(group[0], group[1]);
-    EXPECT_EQ(tag[0], tag[1]);
-  }
-  ASSERT_EQ(actual.GetGeo() == nullptr, expected.GetGeo() == nullptr);
-  if (expected.GetGeo() != nullptr) {
-    bool actualSet = false;
-    bool expectedSet = false;
-    EXPECT_EQ(actual.GetGeo()->GetType(actualSet), expected.GetGeo()->GetType(expectedSet));
-    EXPECT_EQ(actualSet, expectedSet);
-    EXPECT_EQ(actual.GetGeo()->GetWkid(actualSet), expected.GetGeo()->GetWkid(expectedSet));
-    EXPECT_EQ(actualSet, expectedSet);
-    ASSERT_EQ(actual.GetGeo()->GetGeoEnvelope() == nullptr,
-              expected.GetGeo()->GetGeoEnvelope() == nullptr);
-    if (expected.GetGeo()->GetGeoEnvelope() != nullptr) {
-      EXPECT_EQ(actual.GetGeo()->GetGeoEnvelope()->GetLeftUpperX(actualSet),
-                expected.GetGeo()->GetGeoEnvelope()->GetLeftUpperX(expectedSet));
-      EXPECT_EQ(actualSet, expectedSet);
-    }
-  }
-  ASSERT_EQ(actual.GetCatStats() == nullptr, expected.GetCatStats() == nullptr);
-  if (expected.GetCatStats() != nullptr) {
-    ASSERT_EQ(actual.GetCatStats()->GetNCats(), expected.GetCatStats()->GetNCats());
-    for (unsigned i = 0; i < expected.GetCatStats()->GetNCats(); ++i) {
-      EXPECT_TRUE(SameDatum(actual.GetCatStats()->GetCatValDatum(i),
-                            expected.GetCatStats()->GetCatValDatum(i)));
-      EXPECT_EQ(actual.GetCatStats()->GetCatWeight(i), expected.GetCatStats()->GetCatWeight(i));
-    }
-  }
-  ASSERT_EQ(actual.GetContStats() == nullptr, expected.GetContStats() == nullptr);
-  if (expected.GetContStats() != nullptr) {
-    EXPECT_EQ(actual.GetContStats()->GetSumFreqWeights(),
-              expected.GetContStats()->GetSumFreqWeights());
-    EXPECT_EQ(actual.GetContStats()->GetMean(), expected.GetContStats()->GetMean());
-    EXPECT_EQ(actual.GetContStats()->GetExtrema(), expected.GetContStats()->GetExtrema());
-  }
-  ASSERT_EQ(actual.GetBaseField() == nullptr, expected.GetBaseField() == nullptr);
-  if (expected.GetBaseField() != nullptr) {
-    ExpectSameField(*actual.GetBaseField(), *expected.GetBaseField());
-  }
-}
+using dmtest::ExpectSameField;
+using dmtest::SameDatum;
+using dmtest::SameMissingValues;
+using dmtest::SameRange;
+using dmtest::SameValues;
 
 // ---------------------------------------------------------------------------
 // Value lists

@@ -10,6 +10,7 @@
 #include "dmcommon/xml/dmxmlwrapper.h"
 #include "dmcommon/xml/vocabulary/xmlelement.h"
 #include "dmcommon/xml/vocabulary/xmlvocabulary.h"
+#include "tests/fields/fieldtest.h"
 #include "tests/support/xmltest.h"
 
 namespace {
@@ -27,26 +28,7 @@ DMDatum NullOf(DMDatum::DataType type) {
   return datum;
 }
 
-// Whether `actual` is `expected`: the same nullness, type and value (reals
-// compared exactly).
-::testing::AssertionResult SameDatum(const DMDatum& actual, const DMDatum& expected) {
-  if (actual.IsNull() != expected.IsNull()) {
-    return ::testing::AssertionFailure()
-           << "null " << actual.IsNull() << ", expected " << expected.IsNull();
-  }
-  if (actual.GetType() != expected.GetType()) {
-    return ::testing::AssertionFailure()
-           << "type " << actual.GetType() << ", expected " << expected.GetType();
-  }
-  if (!actual.IsNull() && actual.Compare(expected) != 0) {
-    std::string actualText;
-    std::string expectedText;
-    actual.ToString(actualText, 0);
-    expected.ToString(expectedText, 0);
-    return ::testing::AssertionFailure() << "value " << actualText << ", expected " << expectedText;
-  }
-  return ::testing::AssertionSuccess();
-}
+using dmtest::SameDatum;
 
 // The four target properties of a model field, read through GetTargetProps.
 struct TargetProps {

@@ -18,6 +18,7 @@
 #include "dmcommon/summaries/dmdatasetsummaries.h"
 #include "dmcommon/values/dmdatum.h"
 #include "dmcommon/values/dmvalue.h"
+#include "tests/metadata/metadatatest.h"
 
 namespace {
 
@@ -25,50 +26,14 @@ using Storage = DMField::StorageType;
 using Measure = DMField::FieldType;
 using GroupType = DMMetaData::GroupType;
 
-class UpperCaser : public DMUpperFunc {
- public:
-  std::string operator()(const std::string& name) const override {
-    std::string folded = name;
-    for (char& c : folded) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return folded;
-  }
-};
-
-DMField NominalText(const std::string& name) {
-  return DMField(name, Measure::Nominal, Storage::String, DMField::RoleType::Input);
-}
-
-DMField ContinuousReal(const std::string& name) {
-  return DMField(name, Measure::Continuous, Storage::Real, DMField::RoleType::Input);
-}
-
-std::unique_ptr<DMFormat> Named(std::unique_ptr<DMFormat> format, const std::string& name) {
-  format->SetName(name);
-  return format;
-}
-
-std::unique_ptr<DMFormat> NumberFormat(const std::string& name) {
-  return Named(std::make_unique<DMNumberFormat>(DMNumberFormat::Standard, 8, 2), name);
-}
-
-std::unique_ptr<DMFormat> StringFormat(const std::string& name) {
-  return Named(std::make_unique<DMStringFormat>(20, false), name);
-}
-
-std::unique_ptr<DMFormat> DateFormat(const std::string& name) {
-  return Named(std::make_unique<DMDateFormat>(DMDateFormat::Y_M_D, 10, 0,
-                                              DMFormat::UnitsSeparator::Dash, false, false),
-               name);
-}
-
-std::unique_ptr<DMFormat> TimeFormat(const std::string& name) {
-  return Named(std::make_unique<DMTimeFormat>(DMTimeFormat::H_M_S, 8, 0,
-                                              DMFormat::UnitsSeparator::Colon, true),
-               name);
-}
-
-constexpr char kSummaries[] =
-    R"(<DatasetSummaries><OverallSummaries current="false"/></DatasetSummaries>)";
+using dmtest::ContinuousReal;
+using dmtest::DateFormat;
+using dmtest::kSummaries;
+using dmtest::NominalText;
+using dmtest::NumberFormat;
+using dmtest::StringFormat;
+using dmtest::TimeFormat;
+using dmtest::UpperCaser;
 
 // Fields and keys.
 

@@ -53,7 +53,18 @@
 #include "dmcommon/summaries/dmdistributionsummary.h"
 #include "dmcommon/summaries/dmstatisticsext.h"
 
-// Printables: the UTF-8/UTF-16 converter used by all rendering.
+// Printables: serialisable messages printed through resource lookups and
+// display formats, and the UTF-8/UTF-16 converter used by all rendering.
+#include "dmcommon/printable/dmprintable.h"
+#include "dmcommon/printable/dmprintablelist.h"
+#include "dmcommon/printable/dmprintableutil.h"
+#include "dmcommon/printable/dmprintablevalue.h"
+#include "dmcommon/printable/dmprintablevlist.h"
 #include "dmcommon/printable/dmuncconverter.h"
+
+// Cache: records spooled to a temporary file and read back.
+#include "dmcommon/cache/dmarchivecacheimpl.h"
+#include "dmcommon/cache/dmcacheinterface.h"
+#include "dmcommon/cache/dmtempfile.h"
 
 #endif  // DMCOMMON_DMCOMMON_H

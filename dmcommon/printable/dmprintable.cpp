@@ -1,0 +1,1 @@
+#include "dmcommon/printable/dmprintable.h"

@@ -1,0 +1,1 @@
+#include "dmcommon/printable/dmprintablevlist.h"

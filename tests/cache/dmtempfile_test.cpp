@@ -1,0 +1,1 @@
+#include "dmcommon/cache/dmtempfile.h"

@@ -48,10 +48,11 @@ std::vector<icu::UnicodeString> SplitPattern(const icu::UnicodeString& pattern) 
   for (std::size_t part = 0; part < kPartCount; ++part) {
     const int32_t slash = pattern.indexOf(u'/', begin);
     if (slash < 0) {
-      parts[part] = pattern.tempSubString(begin);
+      parts[part].setTo(pattern, begin);
       break;
     }
-    parts[part] = pattern.tempSubString(begin, slash - begin);
+    // Copied, never aliased: the parts outlive `pattern`.
+    parts[part].setTo(pattern, begin, slash - begin);
     begin = slash + 1;
     if (begin >= pattern.length()) break;
   }

@@ -1,10 +1,13 @@
 #include "dmcommon/xml/dmxmlconverter.h"
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 
 #include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLException.hpp>
+
+#include "dmcommon/xml/dmxmltext_internal.h"
 
 XERCES_CPP_NAMESPACE_USE
 
@@ -17,7 +20,85 @@ namespace {
 // The transcoder takes its lengths as 32-bit values.
 XMLSize_t ClampLength(std::size_t length) { return static_cast<std::uint32_t>(length); }
 
+// One remembered name: the caller's pointer, its text (a pointer alone could
+// be a reused buffer holding another name) and the UTF-16 form.
+struct NameSlot {
+  const char* key = nullptr;
+  std::string narrow;
+  std::u16string wide;
+  bool valid = false;
+};
+
+// Direct-mapped by address: vocabulary names are constants with fixed
+// addresses, so a handful of slots serve a whole document. The size bounds the
+// memory whatever names callers pass.
+constexpr std::size_t kNameSlots = 128;
+
+std::size_t SlotOf(const char* name) {
+  // Fibonacci hashing spreads neighbouring addresses over the slots.
+  const auto address = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(name));
+  return static_cast<std::size_t>((address * 0x9E3779B97F4A7C15ULL) >> 57);
+}
+
 }  // namespace
+
+const char16_t* WideName(const char* utf8) {
+  if (utf8 == nullptr) utf8 = "";
+  thread_local std::array<NameSlot, kNameSlots> slots;
+  NameSlot& slot = slots[SlotOf(utf8)];
+  if (slot.key != utf8 || slot.narrow != utf8) {
+    const DMXMLConverter converted(utf8);
+    // Without a transcoder nothing is remembered: a later startup must not
+    // find the names that failed before it.
+    if (!converted.isValid() && DMXMLConverter::getTranscoder() == nullptr) return nullptr;
+    slot.key = utf8;
+    slot.narrow = utf8;
+    slot.wide = static_cast<const char16_t*>(converted);
+    slot.valid = converted.isValid();
+  }
+  return slot.valid ? slot.wide.c_str() : nullptr;
+}
+
+bool ToUtf8(const char16_t* utf16, std::string& out) {
+  out.clear();
+  XMLTranscoder* transcoder = DMXMLConverter::getTranscoder();
+  if (utf16 == nullptr || transcoder == nullptr) return true;
+  // Names, numbers and most labels are plain ASCII, which maps unit for byte;
+  // the transcoder takes over from the first other character.
+  std::size_t ascii = 0;
+  while (utf16[ascii] != 0 && utf16[ascii] < 0x80) ++ascii;
+  const char16_t* next = utf16 + ascii;
+  XMLSize_t remaining = ClampLength(std::char_traits<char16_t>::length(next));
+  // A UTF-16 unit never takes more than three UTF-8 bytes (a surrogate pair,
+  // two units, takes four), so one pass fills a buffer of this size.
+  out.resize(ascii + static_cast<std::size_t>(remaining) * 3);
+  for (std::size_t i = 0; i < ascii; ++i) out[i] = static_cast<char>(utf16[i]);
+  std::size_t written = ascii;
+  bool whole = true;
+  while (remaining > 0) {
+    XMLSize_t eaten = 0;
+    XMLSize_t bytes = 0;
+    try {
+      bytes = transcoder->transcodeTo(next, remaining, reinterpret_cast<XMLByte*>(&out[written]),
+                                      ClampLength(out.size() - written), eaten,
+                                      XMLTranscoder::UnRep_RepChar);
+    } catch (const XMLException&) {
+      whole = false;
+      break;
+    }
+    written += bytes;
+    // An unpaired surrogate at the end is never consumed; stop instead of
+    // spinning on it.
+    if (eaten == 0) {
+      whole = false;
+      break;
+    }
+    next += eaten;
+    remaining -= eaten;
+  }
+  out.resize(written);
+  return whole;
+}
 
 DMXMLConverter::DMXMLConverter(const char* utf8) {
   const std::size_t length = utf8 == nullptr ? 0 : std::strlen(utf8);
@@ -47,33 +128,7 @@ DMXMLConverter::DMXMLConverter(const char* utf8) {
   wide[produced] = 0;
 }
 
-DMXMLConverter::DMXMLConverter(const char16_t* utf16) {
-  if (utf16 == nullptr || transcoder_ == nullptr) return;
-  constexpr XMLSize_t kPiece = 256;
-  XMLByte buffer[kPiece];
-  XMLSize_t remaining = ClampLength(std::char_traits<char16_t>::length(utf16));
-  const char16_t* next = utf16;
-  while (remaining > 0) {
-    XMLSize_t eaten = 0;
-    XMLSize_t bytes = 0;
-    try {
-      bytes = transcoder_->transcodeTo(next, remaining, buffer, kPiece, eaten,
-                                       XMLTranscoder::UnRep_RepChar);
-    } catch (const XMLException&) {
-      valid_ = false;
-      return;
-    }
-    narrow.append(reinterpret_cast<const char*>(buffer), bytes);
-    // An unpaired surrogate at the end is never consumed; stop instead of
-    // spinning on it.
-    if (eaten == 0) {
-      valid_ = false;
-      return;
-    }
-    next += eaten;
-    remaining -= eaten;
-  }
-}
+DMXMLConverter::DMXMLConverter(const char16_t* utf16) { valid_ = ToUtf8(utf16, narrow); }
 
 DMXMLConverter::~DMXMLConverter() = default;
 

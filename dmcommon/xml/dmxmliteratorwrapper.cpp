@@ -1,11 +1,9 @@
 #include "dmcommon/xml/dmxmliteratorwrapper.h"
 
-#include <cstring>
-
 #include <xercesc/dom/DOM.hpp>
 
-#include "dmcommon/xml/dmxmlconverter.h"
 #include "dmcommon/xml/dmxmlfactory.h"
+#include "dmcommon/xml/dmxmltext_internal.h"
 #include "dmcommon/xml/dmxmlwrapper.h"
 
 XERCES_CPP_NAMESPACE_USE
@@ -31,6 +29,7 @@ DMXMLIteratorWrapper::DMXMLIteratorWrapper(DOMNode* root_, bool direct_, FilterT
       last(nullptr),
       name(name_ == nullptr ? "" : name_),
       filter(filter_) {
+  if (const char16_t* wide = WideName(name.c_str()); wide != nullptr) wideName = wide;
   if (root == nullptr) return;
   if (direct) {
     current = root->getFirstChild();
@@ -53,9 +52,7 @@ bool DMXMLIteratorWrapper::passesFilter(const DOMNode* node) const {
     case ElementFilter: {
       if (node->getNodeType() != DOMNode::ELEMENT_NODE) return false;
       if (name.empty()) return true;
-      const DMXMLConverter nodeName(node->getNodeName());
-      const char* text = nodeName;
-      return std::strlen(text) == name.size() && std::memcmp(text, name.data(), name.size()) == 0;
+      return wideName == node->getNodeName();
     }
   }
   return false;
@@ -73,7 +70,8 @@ int DMXMLIteratorWrapper::nextItem(void** item) {
   }
   switch (filter) {
     case TextFilter:
-      texts.push_back(std::make_unique<std::string>(DMXMLConverter(current->getNodeValue())));
+      texts.push_back(std::make_unique<std::string>());
+      ToUtf8(current->getNodeValue(), *texts.back());
       if (item != nullptr) *item = texts.back()->data();
       break;
     case ElementFilter:

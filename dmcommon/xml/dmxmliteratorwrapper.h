@@ -94,6 +94,10 @@ class DMCOMMON_EXPORT DMXMLIteratorWrapper {
   XERCES_CPP_NAMESPACE::DOMNode* current;
   XERCES_CPP_NAMESPACE::DOMNode* last;
   std::string name;
+  // The name in the DOM's UTF-16, converted once for the whole walk. Empty
+  // when the name is not valid UTF-8: no element has the empty name, so such
+  // a name matches nothing.
+  std::u16string wideName;
   FilterType filter;
   std::vector<std::unique_ptr<DMXMLWrapper>> handles;
   // Each text sits in its own allocation so that the characters handed out

@@ -1,7 +1,10 @@
 #include "dmcommon/xml/dmxmlwrapper.h"
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufFormatTarget.hpp>
@@ -18,6 +21,7 @@
 #include "dmcommon/xml/dmxmlconverter.h"
 #include "dmcommon/xml/dmxmlfactory.h"
 #include "dmcommon/xml/dmxmliteratorwrapper.h"
+#include "dmcommon/xml/dmxmltext_internal.h"
 
 XERCES_CPP_NAMESPACE_USE
 
@@ -80,6 +84,56 @@ bool OutsideIntRange(const XMLBigInteger& value) {
   const XMLBigInteger min(kIntMin);
   return XMLBigInteger::compareValues(&value, &max) > 0 ||
          XMLBigInteger::compareValues(&value, &min) < 0;
+}
+
+// Numbers are read through Xerces' schema types, which accept every lexical
+// form of the XML Schema and report the special values. Those types allocate
+// and transcode on every call, and documents hold numbers by the hundred
+// thousand, so the common plain forms take a shortcut that must give the same
+// result: only texts made of digits, one sign, a point and an exponent, and
+// only results the schema types would give unchanged.
+constexpr std::size_t kPlainNumberChars = 40;
+
+// `text` as ASCII in `buffer` when it is a short run of the characters of a
+// plain decimal number; the empty view otherwise.
+std::string_view PlainNumber(const XMLCh* text, char (&buffer)[kPlainNumberChars]) {
+  std::size_t length = 0;
+  for (; text[length] != 0; ++length) {
+    const XMLCh c = text[length];
+    const bool allowed =
+        (c >= u'0' && c <= u'9') || c == u'-' || c == u'.' || c == u'e' || c == u'E' || c == u'+';
+    if (!allowed || length == kPlainNumberChars) return {};
+    buffer[length] = static_cast<char>(c);
+  }
+  return {buffer, length};
+}
+
+// A plain real number. Negative zero, values beyond the range of double and
+// values too small to be normal are left to the schema type, which has rules
+// of its own for them.
+bool ReadPlainDouble(const XMLCh* text, double& value) {
+  char buffer[kPlainNumberChars];
+  const std::string_view plain = PlainNumber(text, buffer);
+  if (plain.empty()) return false;
+  double parsed = 0.0;
+  const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), parsed);
+  if (error != std::errc() || end != plain.data() + plain.size()) return false;
+  if (parsed == 0.0 ? std::signbit(parsed) : !std::isnormal(parsed)) return false;
+  value = parsed;
+  return true;
+}
+
+// A plain integer of at most nine digits, which always fits an int.
+bool ReadPlainInt(const XMLCh* text, int& value) {
+  char buffer[kPlainNumberChars];
+  const std::string_view plain = PlainNumber(text, buffer);
+  const std::size_t digits = plain.size() - (!plain.empty() && plain[0] == '-' ? 1 : 0);
+  if (digits == 0 || digits > 9) return false;
+  int parsed = 0;
+  const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), parsed);
+  if (error != std::errc() || end != plain.data() + plain.size()) return false;
+  value = parsed;
+  return true;
 }
 
 }  // namespace
@@ -183,8 +237,8 @@ void DMXMLWrapper::createNew(const char* rootName) {
 
 DMXMLWrapper* DMXMLWrapper::createFreeElement(const char* name) {
   if (element == nullptr) return nullptr;
-  const DMXMLConverter tag(name);
-  if (!tag.isValid()) return nullptr;
+  const XMLCh* tag = WideName(name);
+  if (tag == nullptr) return nullptr;
   try {
     return new DMXMLWrapper(element->getOwnerDocument()->createElement(tag));
   } catch (const DOMException&) {
@@ -215,7 +269,7 @@ int DMXMLWrapper::getName(char* buffer, std::size_t size, std::size_t* needed) c
 int DMXMLWrapper::getName(std::string& name) const {
   name.clear();
   if (element == nullptr) return DM_XML_FAILED;
-  name = DMXMLConverter(element->getTagName());
+  ToUtf8(element->getTagName(), name);
   return DM_XML_OK;
 }
 
@@ -231,8 +285,8 @@ int DMXMLWrapper::getAttribute(const char* name, std::string& value, bool& found
   value.clear();
   found = false;
   if (element == nullptr) return DM_XML_FAILED;
-  const DMXMLConverter attribute(name);
-  if (!attribute.isValid()) return DM_XML_FAILED;
+  const XMLCh* attribute = WideName(name);
+  if (attribute == nullptr) return DM_XML_FAILED;
   const XMLCh* text = element->getAttribute(attribute);
   // The DOM gives the empty text both for an absent attribute and for an
   // empty one; only then is presence worth asking.
@@ -241,7 +295,7 @@ int DMXMLWrapper::getAttribute(const char* name, std::string& value, bool& found
     return DM_XML_OK;
   }
   found = true;
-  value = DMXMLConverter(text);
+  ToUtf8(text, value);
   return DM_XML_OK;
 }
 
@@ -249,11 +303,17 @@ int DMXMLWrapper::getAttribute(const char* name, int& value, bool& found) const 
   value = 0;
   found = false;
   if (element == nullptr) return DM_XML_FAILED;
-  const DMXMLConverter attribute(name);
-  if (!attribute.isValid()) return DM_XML_FAILED;
-  if (!element->hasAttribute(attribute)) return DM_XML_OK;
+  const XMLCh* attribute = WideName(name);
+  if (attribute == nullptr) return DM_XML_FAILED;
+  const DOMAttr* node = element->getAttributeNode(attribute);
+  if (node == nullptr) return DM_XML_OK;
+  const XMLCh* text = node->getValue();
+  if (ReadPlainInt(text, value)) {
+    found = true;
+    return DM_XML_OK;
+  }
   try {
-    const XMLBigInteger number(element->getAttribute(attribute));
+    const XMLBigInteger number(text);
     if (OutsideIntRange(number)) return DM_XML_FAILED;
     value = number.intValue();
   } catch (const NumberFormatException&) {
@@ -282,12 +342,19 @@ int DMXMLWrapper::getAttribute(const char* name, double& value, bool& found, int
   value = 0.0;
   found = false;
   if (element == nullptr) return DM_XML_FAILED;
-  const DMXMLConverter attribute(name);
-  if (!attribute.isValid()) return DM_XML_FAILED;
-  if (!element->hasAttribute(attribute)) return DM_XML_OK;
+  const XMLCh* attribute = WideName(name);
+  if (attribute == nullptr) return DM_XML_FAILED;
+  const DOMAttr* node = element->getAttributeNode(attribute);
+  if (node == nullptr) return DM_XML_OK;
   special = -1;
+  const XMLCh* text = node->getValue();
+  if (ReadPlainDouble(text, value)) {
+    special = 0;
+    found = true;
+    return DM_XML_OK;
+  }
   try {
-    const DMXMLDouble number(element->getAttribute(attribute));
+    const DMXMLDouble number(text);
     switch (number.kind()) {
       case XMLAbstractDoubleFloat::NegINF:
         special = 1;
@@ -315,8 +382,8 @@ int DMXMLWrapper::getAttribute(const char* name, double& value, bool& found, int
 int DMXMLWrapper::hasAttribute(const char* name, int* present) const {
   if (present != nullptr) *present = 0;
   if (element == nullptr || present == nullptr) return DM_XML_FAILED;
-  const DMXMLConverter attribute(name);
-  if (!attribute.isValid()) return DM_XML_FAILED;
+  const XMLCh* attribute = WideName(name);
+  if (attribute == nullptr) return DM_XML_FAILED;
   *present = element->hasAttribute(attribute) ? 1 : 0;
   return DM_XML_OK;
 }
@@ -350,9 +417,9 @@ int DMXMLWrapper::getTextIterator(DMXMLIteratorWrapper** out) {
 
 int DMXMLWrapper::addAttribute(const char* name, const char* value) {
   if (element == nullptr) return DM_XML_FAILED;
-  const DMXMLConverter attribute(name);
   const DMXMLConverter text(value);
-  if (!attribute.isValid() || !text.isValid()) return DM_XML_FAILED;
+  const XMLCh* attribute = WideName(name);
+  if (attribute == nullptr || !text.isValid()) return DM_XML_FAILED;
   try {
     element->setAttribute(attribute, text);
   } catch (const DOMException&) {
@@ -399,8 +466,8 @@ bool DMXMLWrapper::ToString(long long value, std::string& text) {
 
 int DMXMLWrapper::removeAttribute(const char* name) {
   if (element == nullptr) return DM_XML_FAILED;
-  const DMXMLConverter attribute(name);
-  if (!attribute.isValid()) return DM_XML_FAILED;
+  const XMLCh* attribute = WideName(name);
+  if (attribute == nullptr) return DM_XML_FAILED;
   try {
     element->removeAttribute(attribute);
   } catch (const DOMException&) {
@@ -446,8 +513,8 @@ int DMXMLWrapper::copyElementBefore(DMXMLWrapper* source, DMXMLWrapper* before,
 
 int DMXMLWrapper::insertNew(const char* name, DOMNode* reference, DMXMLWrapper** out) {
   if (element == nullptr || out == nullptr) return DM_XML_FAILED;
-  const DMXMLConverter tag(name);
-  if (!tag.isValid()) return DM_XML_FAILED;
+  const XMLCh* tag = WideName(name);
+  if (tag == nullptr) return DM_XML_FAILED;
   try {
     DOMElement* created = element->getOwnerDocument()->createElement(tag);
     element->insertBefore(created, reference);

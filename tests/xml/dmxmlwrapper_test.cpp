@@ -8,6 +8,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <xercesc/util/NumberFormatException.hpp>
+#include <xercesc/util/XMLBigInteger.hpp>
+#include <xercesc/util/XMLDouble.hpp>
 
 #include "dmcommon/xml/dmxmlconverter.h"
 #include "dmcommon/xml/dmxmliteratorwrapper.h"
@@ -435,6 +438,130 @@ TEST_F(DMXMLWrapperTest, DoubleReadReportsSpecialValues) {
     EXPECT_EQ(value, c.value) << c.text;
     EXPECT_EQ(found, c.found) << c.text;
     EXPECT_EQ(special, c.special) << c.text;
+  }
+}
+
+// Texts around the plain forms that numbers are read by without the schema
+// types: signs, zeros, points, exponents, the ends of the ranges of int and
+// double, and lookalikes that are not numbers at all.
+constexpr const char* kNumberTexts[] = {"0",
+                                        "-0",
+                                        "0.0",
+                                        "-0.0",
+                                        "+0",
+                                        "1",
+                                        "-1",
+                                        "+1",
+                                        "007",
+                                        "-007",
+                                        "123456789",
+                                        "-123456789",
+                                        "999999999",
+                                        "1234567890",
+                                        "2147483647",
+                                        "-2147483648",
+                                        "2147483648",
+                                        "1.",
+                                        ".5",
+                                        "-.5",
+                                        "1e5",
+                                        "1E-5",
+                                        "1e+5",
+                                        "-1.25e-3",
+                                        "0.1",
+                                        "3.14159265358979323846264338327950288",
+                                        "1.7976931348623157e308",
+                                        "1.7976931348623159e308",
+                                        "2.2250738585072014e-308",
+                                        "2.2250738585072011e-308",
+                                        "4.9e-324",
+                                        "1e-400",
+                                        "1e400",
+                                        "-1e400",
+                                        "0e5",
+                                        "-0e-5",
+                                        "1e5.5",
+                                        "--1",
+                                        "1-",
+                                        "1+1",
+                                        "e5",
+                                        ".",
+                                        "-",
+                                        "+",
+                                        "",
+                                        "1..2",
+                                        "1ee5",
+                                        "123456789012345678901234567890123456789",
+                                        "1234567890123456789012345678901234567890",
+                                        "12345678901234567890123456789012345678901"};
+
+TEST_F(DMXMLWrapperTest, DoubleReadAgreesWithTheSchemaTypeOnEveryForm) {
+  for (const char* number : kNumberTexts) {
+    const DMXMLConverter wide(number);
+    int expectedRc = DM_XML_OK;
+    double expectedValue = 0.0;
+    int expectedSpecial = -1;
+    try {
+      const xercesc::XMLDouble schema(wide);
+      switch (schema.getType()) {
+        case xercesc::XMLAbstractDoubleFloat::NegINF:
+          expectedSpecial = 1;
+          break;
+        case xercesc::XMLAbstractDoubleFloat::PosINF:
+          expectedSpecial = 2;
+          break;
+        case xercesc::XMLAbstractDoubleFloat::NaN:
+          expectedSpecial = 3;
+          break;
+        case xercesc::XMLAbstractDoubleFloat::Normal:
+          expectedSpecial = 0;
+          expectedValue = schema.getValue();
+          break;
+        case xercesc::XMLAbstractDoubleFloat::SpecialTypeNum:
+          expectedRc = DM_XML_FAILED;
+          break;
+      }
+    } catch (const xercesc::NumberFormatException&) {
+      expectedRc = DM_XML_FAILED;
+    }
+    const std::string text = std::string("<a v=\"") + number + "\"/>";
+    DMXMLWrapper& root = Parse(text.c_str());
+    double value = 77.0;
+    bool found = false;
+    int special = 99;
+    EXPECT_EQ(root.getAttribute("v", value, found, special), expectedRc) << number;
+    EXPECT_EQ(special, expectedSpecial) << number;
+    // Bit for bit: the sign of zero counts.
+    EXPECT_EQ(std::signbit(value), std::signbit(expectedValue)) << number;
+    EXPECT_EQ(value, expectedValue) << number;
+  }
+}
+
+TEST_F(DMXMLWrapperTest, IntReadAgreesWithTheSchemaTypeOnEveryForm) {
+  const xercesc::XMLBigInteger max(u"2147483647");
+  const xercesc::XMLBigInteger min(u"-2147483648");
+  for (const char* number : kNumberTexts) {
+    const DMXMLConverter wide(number);
+    int expectedRc = DM_XML_OK;
+    int expectedValue = 0;
+    try {
+      const xercesc::XMLBigInteger schema(wide);
+      if (xercesc::XMLBigInteger::compareValues(&schema, &max) > 0 ||
+          xercesc::XMLBigInteger::compareValues(&schema, &min) < 0) {
+        expectedRc = DM_XML_FAILED;
+      } else {
+        expectedValue = schema.intValue();
+      }
+    } catch (const xercesc::NumberFormatException&) {
+      expectedRc = DM_XML_FAILED;
+    }
+    const std::string text = std::string("<a v=\"") + number + "\"/>";
+    DMXMLWrapper& root = Parse(text.c_str());
+    int value = 77;
+    bool found = false;
+    EXPECT_EQ(root.getAttribute("v", value, found), expectedRc) << number;
+    EXPECT_EQ(value, expectedValue) << number;
+    EXPECT_EQ(found, expectedRc == DM_XML_OK) << number;
   }
 }
 

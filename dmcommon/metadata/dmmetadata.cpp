@@ -3,13 +3,15 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <utility>
 
 #include "dmcommon/formats/dmformat.h"
+#include "dmcommon/metadata/dmfieldkeys_internal.h"
 #include "dmcommon/stats/dmcatstatsimp.h"
 #include "dmcommon/stats/dmcontstats.h"
 #include "dmcommon/summaries/dmdatasetsummaries.h"
@@ -228,13 +230,17 @@ constexpr SlotReading kSlotReadings[kSlotCount] = {
   return true;
 }
 
-[[nodiscard]] bool ReadFields(DMXMLWrapper& root, DMMetaData& target) {
+// Takes a field read from the document into the container; false when the
+// container refuses it. Fields are handed over rather than copied in, because
+// a document may hold a million of them.
+using FieldSink = std::function<bool(std::unique_ptr<DMField>)>;
+
+[[nodiscard]] bool ReadFields(DMXMLWrapper& root, const FieldSink& append) {
   DMXMLWrapper* fields = nullptr;
   if (!FirstChild(root, XMLElements::Fields, fields)) return false;
   if (fields == nullptr) return false;
-  return ReadChildren(*fields, XMLElements::Field, [&target](DMXMLWrapper& element) {
-    const DMField field(element, false);
-    return target.AppendField(field) != kNotFound;
+  return ReadChildren(*fields, XMLElements::Field, [&append](DMXMLWrapper& element) {
+    return append(std::make_unique<DMField>(element, false));
   });
 }
 
@@ -250,7 +256,8 @@ constexpr SlotReading kSlotReadings[kSlotCount] = {
 
 // Fills the empty `target` from the document text. The parsed document lives
 // only as long as this call, so the DOM is gone before the model is used.
-[[nodiscard]] bool ReadDocument(const std::string& xml, DMMetaData& target) {
+[[nodiscard]] bool ReadDocument(const std::string& xml, DMMetaData& target,
+                                const FieldSink& append) {
   DMXMLWrapper document;
   document.loadFromContents(xml.c_str());
   // The root's name is deliberately not checked beyond being readable.
@@ -259,7 +266,7 @@ constexpr SlotReading kSlotReadings[kSlotCount] = {
   if (!ReadSharedFormats(document, target)) return false;
   if (!ReadFieldGroups(document, target)) return false;
   if (!ReadRecordCounts(document, target)) return false;
-  if (!ReadFields(document, target)) return false;
+  if (!ReadFields(document, append)) return false;
   return ReadDatasetSummaries(document, target);
 }
 
@@ -276,7 +283,6 @@ class DMMetaData::Impl {
   Impl(const Impl& other)
       : upperFunc(other.upperFunc),
         fieldKeys(other.fieldKeys),
-        keyIndex(other.keyIndex),
         defaultFormats(other.defaultFormats),
         unweightedCount(other.unweightedCount),
         weightedCount(other.weightedCount),
@@ -305,25 +311,36 @@ class DMMetaData::Impl {
     return upperFunc != nullptr ? (*upperFunc)(name) : name;
   }
 
-  // Keys are unique (AppendField and ReplaceField refuse a second field with
-  // a key), so the index's single entry per key is the first match a walk
-  // over fieldKeys would find.
-  int FindKey(const std::string& key) const {
-    const auto found = keyIndex.find(key);
-    return found == keyIndex.end() ? kNotFound : static_cast<int>(found->second);
+  int FindKey(std::string_view key) const {
+    const long found = fieldKeys.Find(key);
+    return found < 0 ? kNotFound : static_cast<int>(found);
   }
 
-  int FindField(const std::string& name) const { return FindKey(KeyOf(name)); }
+  // Without a folding function the name is its own key and is looked up as
+  // it stands, without a copy.
+  int FindField(const std::string& name) const {
+    return upperFunc != nullptr ? FindKey((*upperFunc)(name)) : FindKey(name);
+  }
+
+  // Takes `field` in at the end unless its name is empty or its key taken.
+  int Append(std::unique_ptr<DMField> field) {
+    const std::string& name = field->GetName();
+    if (name.empty()) return kNotFound;
+    std::string key = KeyOf(name);
+    if (FindKey(key) != kNotFound) return kNotFound;
+    const std::size_t index = fields.size();
+    fieldKeys.Append(std::move(key));
+    fields.push_back(std::move(field));
+    return static_cast<int>(index);
+  }
 
   DMField* FieldAt(unsigned index) const {
     return index < fields.size() ? fields[index].get() : nullptr;
   }
 
   void RemoveField(std::size_t index) {
-    keyIndex.erase(fieldKeys[index]);
     fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(index));
-    fieldKeys.erase(fieldKeys.begin() + static_cast<std::ptrdiff_t>(index));
-    for (std::size_t i = index; i < fieldKeys.size(); ++i) keyIndex[fieldKeys[i]] = i;
+    fieldKeys.Remove(index);
   }
 
   int FindSharedFormat(const std::string& name) const {
@@ -425,10 +442,7 @@ class DMMetaData::Impl {
 
   DMUpperFunc* upperFunc;
   std::vector<std::unique_ptr<DMField>> fields;
-  std::vector<std::string> fieldKeys;
-  // Key to index, beside fieldKeys, so that lookups and AppendField's
-  // duplicate test stay constant time for dictionaries of a million fields.
-  std::unordered_map<std::string, std::size_t> keyIndex;
+  dmmetadata_internal::FieldKeys fieldKeys;
   std::vector<std::unique_ptr<DMFormat>> sharedFormats;
   std::vector<std::unique_ptr<DMFieldGroup>> fieldGroups;
   std::array<int, kSlotCount> defaultFormats{kNotFound, kNotFound, kNotFound, kNotFound};
@@ -447,7 +461,11 @@ DMMetaData::DMMetaData(const std::string& xml, DMUpperFunc* upper)
   // All or nothing: the document is read into a separate container whose
   // state is taken over only when every step succeeded.
   DMMetaData loaded(upper);
-  if (ReadDocument(xml, loaded)) impl_ = std::move(loaded.impl_);
+  Impl& model = *loaded.impl_;
+  const auto append = [&model](std::unique_ptr<DMField> field) {
+    return model.Append(std::move(field)) != kNotFound;
+  };
+  if (ReadDocument(xml, loaded, append)) impl_ = std::move(loaded.impl_);
 }
 
 DMMetaData::DMMetaData(const DMMetaData& other) : impl_(std::make_unique<Impl>(*other.impl_)) {}
@@ -473,16 +491,7 @@ const DMField* DMMetaData::GetField(const std::string& name) const {
 int DMMetaData::GetFieldIndex(const std::string& name) const { return impl_->FindField(name); }
 
 int DMMetaData::AppendField(const DMField& field) {
-  const std::string name = field.GetName();
-  if (name.empty()) return kNotFound;
-  std::string key = impl_->KeyOf(name);
-  if (impl_->FindKey(key) != kNotFound) return kNotFound;
-  auto copy = std::make_unique<DMField>(field);
-  const std::size_t index = impl_->fields.size();
-  impl_->keyIndex.emplace(key, index);
-  impl_->fieldKeys.push_back(std::move(key));
-  impl_->fields.push_back(std::move(copy));
-  return static_cast<int>(index);
+  return impl_->Append(std::make_unique<DMField>(field));
 }
 
 int DMMetaData::ReplaceField(unsigned index, const DMField* field) {
@@ -494,11 +503,9 @@ int DMMetaData::ReplaceField(unsigned index, const DMField* field) {
   const std::string name = field->GetName();
   if (name.empty()) return kNotFound;
   std::string key = impl_->KeyOf(name);
-  if (impl_->FindKey(key) != kNotFound && key != impl_->fieldKeys[index]) return kNotFound;
+  if (impl_->FindKey(key) != kNotFound && key != impl_->fieldKeys.At(index)) return kNotFound;
   auto copy = std::make_unique<DMField>(*field);
-  impl_->keyIndex.erase(impl_->fieldKeys[index]);
-  impl_->keyIndex.emplace(key, index);
-  impl_->fieldKeys[index] = std::move(key);
+  impl_->fieldKeys.Replace(index, std::move(key));
   impl_->fields[index] = std::move(copy);
   return static_cast<int>(index);
 }

@@ -2,9 +2,10 @@
 #define DMCOMMON_TESTS_FIELDS_FIELDTEST_H
 
 // Comparisons shared by the field tests: components by content, never by
-// address.
+// address; and a field with every component, for round trips.
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,12 @@
 #include "dmcommon/fields/dmfield.h"
 #include "dmcommon/fields/dmgeo.h"
 #include "dmcommon/fields/dmmodelfield.h"
+#include "dmcommon/formats/dmdateformat.h"
+#include "dmcommon/formats/dmdecoratedformat.h"
 #include "dmcommon/formats/dmformat.h"
+#include "dmcommon/formats/dmnumberformat.h"
+#include "dmcommon/formats/dmstringformat.h"
+#include "dmcommon/formats/dmtimeformat.h"
 #include "dmcommon/stats/dmcatstatsimp.h"
 #include "dmcommon/stats/dmcontstats.h"
 #include "dmcommon/values/dmdatum.h"
@@ -159,6 +165,109 @@ inline void ExpectSameField(const DMField& actual, const DMField& expected) {
   if (expected.GetBaseField() != nullptr) {
     ExpectSameField(*actual.GetBaseField(), *expected.GetBaseField());
   }
+}
+
+// A field named `name` of `storage` and `type` with every component its kind
+// can hold. Without a storage it names the shared format "shared".
+inline DMField FullField(const std::string& name, DMField::StorageType storage,
+                         DMField::FieldType type) {
+  using Storage = DMField::StorageType;
+  using Type = DMField::FieldType;
+  using Role = DMField::RoleType;
+  DMField field(name, type, storage, Role::Target);
+  field.SetSubRole("score");
+  field.SetStructure(DMField::StructureType::List);
+  field.SetStructureStorage(storage);
+  field.SetDepth(1);
+  field.SetElementCount(4);
+  field.SetMaxStringLength(30);
+  field.SetLabel("Full \"field\" & co");
+  const bool isInteger = storage == Storage::Integer;
+  const bool isString = storage == Storage::String;
+  auto datum = [&](int n) {
+    if (isInteger) return DMDatum(static_cast<long long>(n));
+    if (isString) return DMDatum(std::string(1, static_cast<char>('a' + n)));
+    return DMDatum(n + 0.25);
+  };
+  if (!isString) field.SetRange(DMRange(datum(1), datum(8)));
+  // Flags are written for Flag fields only; elsewhere they would not come back.
+  const bool isFlag = type == Type::Flag;
+  field.SetValues(
+      {DMValue(datum(1), "one", isFlag ? 1 : 0, 1), DMValue(datum(2), "two", isFlag ? 2 : 0, 3)});
+  // Texts have no missing range in this form: ranges of texts are never read.
+  field.SetMissingValues(DMMissingValues(isString ? DMRange() : DMRange(datum(90), datum(99)),
+                                         {DMValue(datum(7), "seven", 0, 2)}, false, true));
+  field.SetValueLabels({DMValue(datum(1), "One"), DMValue(datum(3), "Three")});
+  std::unique_ptr<DMFormat> format;
+  switch (storage) {
+    case Storage::Integer:
+      format = std::make_unique<DMNumberFormat>(DMNumberFormat::Standard, 8, 0);
+      break;
+    case Storage::Real:
+      format = std::make_unique<DMDecoratedFormat>(DMDecoratedFormat::Currency, 10, 2);
+      break;
+    case Storage::String:
+      format = std::make_unique<DMStringFormat>(12, false);
+      break;
+    case Storage::Date:
+    case Storage::Timestamp:
+      format = std::make_unique<DMDateFormat>(DMDateFormat::D_M_Y, 10, 0,
+                                              DMFormat::UnitsSeparator::Slash, false, false);
+      break;
+    case Storage::Time:
+      format = std::make_unique<DMTimeFormat>(DMTimeFormat::H_M_S, 8, 0,
+                                              DMFormat::UnitsSeparator::Colon, true);
+      break;
+    case Storage::Unknown:
+      break;
+  }
+  if (format != nullptr) {
+    EXPECT_TRUE(field.SetPrivateFormat(format.get()));
+  } else {
+    EXPECT_TRUE(field.SetFormatReference("shared"));
+  }
+  DMModelField modelField(DMModelField::Probability, "", DMModelField::MFRuleFeatureType::None);
+  EXPECT_TRUE(modelField.SetTargetProps("target", datum(2), "g", "t"));
+  EXPECT_TRUE(field.SetModelField(&modelField));
+  DMGeo geo;
+  geo.SetType(DMGeo::Polygon);
+  geo.SetWkid(4326);
+  DMGeoEnvelope envelope;
+  envelope.SetLeftUpperX(-1.5);
+  envelope.SetRightLowerY(2.5);
+  geo.SetGeoEnvelope(&envelope);
+  EXPECT_TRUE(field.SetGeo(&geo));
+  if (type == Type::Continuous) {
+    if (isInteger) {
+      DMContStatsInt stats;
+      stats.Update(3LL);
+      stats.Update(5LL);
+      EXPECT_TRUE(field.SetSumStats(&stats));
+    } else if (!isString && storage != Storage::Unknown) {
+      DMContStatsDbl stats;
+      stats.Update(3.5);
+      stats.Update(5.0);
+      EXPECT_TRUE(field.SetSumStats(&stats));
+    }
+  } else if (type == Type::Typeless || type == Type::Unknown) {
+    // Neither kind of statistics belongs to these measurement levels.
+  } else if (isInteger) {
+    DMCatStatsInt stats;
+    stats.Update(1, 2.0);
+    EXPECT_TRUE(field.SetSumStats(&stats));
+  } else if (isString) {
+    DMCatStatsStr stats;
+    stats.Update("b", 3.0);
+    EXPECT_TRUE(field.SetSumStats(&stats));
+  } else if (storage != Storage::Unknown) {
+    DMCatStatsDbl stats;
+    stats.Update(1.25, 1.0);
+    EXPECT_TRUE(field.SetSumStats(&stats));
+  }
+  DMField base("raw", Type::Typeless, storage, Role::None);
+  base.SetLabel("before recoding");
+  field.SetBaseField(base);
+  return field;
 }
 
 }  // namespace dmtest

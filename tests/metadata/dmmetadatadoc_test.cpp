@@ -8,6 +8,7 @@
 
 #include "dmcommon/fields/dmfield.h"
 #include "dmcommon/formats/dmdateformat.h"
+#include "dmcommon/formats/dmdecoratedformat.h"
 #include "dmcommon/formats/dmformat.h"
 #include "dmcommon/formats/dmnumberformat.h"
 #include "dmcommon/formats/dmstringformat.h"
@@ -16,6 +17,7 @@
 #include "dmcommon/metadata/dmmetadata.h"
 #include "dmcommon/summaries/dmdatasetsummaries.h"
 #include "dmcommon/xml/dmxmlwrapper.h"
+#include "tests/fields/fieldtest.h"
 #include "tests/metadata/metadatatest.h"
 #include "tests/support/xmltest.h"
 
@@ -202,6 +204,141 @@ TEST(DMMetaDataDocTest, ExportReadExportGivesTheSameTextAndModel) {
   read.GetDroppedDetails(badWeight, weightedDropped);
   EXPECT_EQ(badWeight, 2);
   EXPECT_EQ(weightedDropped, 1.5);
+  ASSERT_NE(read.getDatasetSummaries(), nullptr);
+  EXPECT_FALSE(read.getDatasetSummaries()->getOverallSummaries()->getCurrent());
+}
+
+constexpr Storage kStorages[] = {Storage::Unknown,  Storage::Integer, Storage::Real,
+                                 Storage::String,   Storage::Date,    Storage::Time,
+                                 Storage::Timestamp};
+constexpr Measure kMeasures[] = {Measure::Continuous, Measure::Nominal,  Measure::Ordinal,
+                                 Measure::Flag,       Measure::Discrete, Measure::Typeless,
+                                 Measure::Unknown};
+constexpr GroupType kGroupTypes[] = {GroupType::FieldGroup, GroupType::MultiCategorySet,
+                                     GroupType::MultiDichotomySet, GroupType::SplitGroup};
+
+std::string FieldName(Storage storage, Measure measure) {
+  return "f" + std::to_string(static_cast<unsigned>(storage)) + "_" +
+         std::to_string(static_cast<unsigned>(measure));
+}
+
+// Everything a document can hold: a field of every storage and measurement
+// level with every component its kind can hold, shared formats of all five
+// kinds with all four default slots, a group of each type, all five counts
+// and summaries.
+DMMetaData CompleteContainer(DMUpperFunc* upper) {
+  DMMetaData metadata(upper);
+  for (Storage storage : kStorages) {
+    for (Measure measure : kMeasures) {
+      EXPECT_GE(
+          metadata.AppendField(dmtest::FullField(FieldName(storage, measure), storage, measure)),
+          0);
+    }
+  }
+  DMDecoratedFormat decorated(DMDecoratedFormat::Currency, 12, 2);
+  decorated.SetName("shared");
+  metadata.AddSharedFormat(*NumberFormat("num"));
+  metadata.AddSharedFormat(decorated);
+  metadata.AddSharedFormat(*StringFormat("str"));
+  metadata.AddSharedFormat(*DateFormat("date"));
+  metadata.AddSharedFormat(*TimeFormat("time"));
+  EXPECT_EQ(metadata.SetDefaultFormat(Storage::Real, "num"), 0);
+  EXPECT_EQ(metadata.SetDefaultFormat(Storage::String, "str"), 2);
+  EXPECT_EQ(metadata.SetDefaultFormat(Storage::Date, "date"), 3);
+  EXPECT_EQ(metadata.SetDefaultFormat(Storage::Time, "time"), 4);
+  for (GroupType type : kGroupTypes) {
+    const std::string name = "g" + std::to_string(static_cast<unsigned>(type));
+    EXPECT_TRUE(metadata.SetFieldGroup(
+        type, name,
+        {FieldName(Storage::Integer, Measure::Flag), FieldName(Storage::String, Measure::Nominal)},
+        "Group " + name, type == GroupType::FieldGroup ? "" : "1"));
+  }
+  metadata.SetRecordCounts(1000, 987.5);
+  metadata.SetDroppedCount(12);
+  metadata.SetDroppedDetails(4, 3.25);
+  EXPECT_TRUE(metadata.setDatasetSummaries(kSummaries));
+  return metadata;
+}
+
+void ExpectSameFormat(const DMFormat* actual, const DMFormat* expected) {
+  ASSERT_EQ(actual == nullptr, expected == nullptr);
+  if (expected == nullptr) return;
+  EXPECT_EQ(actual->GetFormatClass(), expected->GetFormatClass());
+  EXPECT_EQ(actual->GetName(), expected->GetName());
+  EXPECT_EQ(actual->GetWidth(), expected->GetWidth());
+  EXPECT_EQ(actual->GetAlignment(), expected->GetAlignment());
+}
+
+TEST(DMMetaDataDocTest, ACompleteDocumentRoundTripsToTheSameTextAndEqualObjects) {
+  UpperCaser upper;
+  const DMMetaData original = CompleteContainer(&upper);
+  const std::string first = Exported(original);
+  ASSERT_NE(first, "<refused>");
+  // The text holds every kind of element the model can write.
+  for (const char* element : {"<RecordCounts ",
+                              "<FieldFormats ",
+                              "<NumberFormat ",
+                              "<DecoratedFormat ",
+                              "<StringFormat ",
+                              "<DateFormat ",
+                              "<TimeFormat ",
+                              "<FieldGroups>",
+                              "<Fields ",
+                              "<Range ",
+                              "<Values>",
+                              "<MissingValues ",
+                              "<ValueLabels>",
+                              "<FieldFormat>",
+                              "<ModelField ",
+                              "<Geo ",
+                              "<ContinuousStatistics ",
+                              "<DiscreteStatistics>",
+                              "<BaseField ",
+                              "<DatasetSummaries>"}) {
+    EXPECT_NE(first.find(element), std::string::npos) << element;
+  }
+  for (const char* type :
+       {"\"fieldGroup\"", "\"multiCategorySet\"", "\"multiDichotomySet\"", "\"splitGroup\""}) {
+    EXPECT_NE(first.find(type), std::string::npos) << type;
+  }
+  const DMMetaData read(first, &upper);
+  EXPECT_EQ(Exported(read), first);
+
+  ASSERT_EQ(read.FieldCount(), original.FieldCount());
+  for (unsigned i = 0; i < original.FieldCount(); ++i) {
+    SCOPED_TRACE(original.GetField(i)->GetName());
+    dmtest::ExpectSameField(*read.GetField(i), *original.GetField(i));
+  }
+  EXPECT_EQ(read.GetFieldIndex(FieldName(Storage::Time, Measure::Ordinal)),
+            original.GetFieldIndex(FieldName(Storage::Time, Measure::Ordinal)));
+  for (unsigned i = 0; i < 5; ++i) {
+    ExpectSameFormat(read.GetSharedFormat(i), original.GetSharedFormat(i));
+  }
+  EXPECT_EQ(read.GetSharedFormat(5), nullptr);
+  for (Storage storage : kStorages) {
+    ExpectSameFormat(read.GetDefaultFormat(storage), original.GetDefaultFormat(storage));
+  }
+  for (GroupType type : kGroupTypes) {
+    std::string name[2];
+    std::vector<std::string> members[2];
+    std::string label[2];
+    std::string counted[2];
+    EXPECT_TRUE(read.GetFieldGroup(type, 0u, name[0], members[0], label[0], counted[0]));
+    EXPECT_TRUE(original.GetFieldGroup(type, 0u, name[1], members[1], label[1], counted[1]));
+    EXPECT_EQ(name[0], name[1]);
+    EXPECT_EQ(members[0], members[1]);
+    EXPECT_EQ(label[0], label[1]);
+    EXPECT_EQ(counted[0], counted[1]);
+  }
+  EXPECT_EQ(read.GetRecordCount(false), 1000);
+  EXPECT_EQ(read.GetRecordCount(true), 987.5);
+  EXPECT_EQ(read.GetDroppedCount(), 12);
+  double badWeight = 0;
+  double weightedDropped = 0;
+  read.GetDroppedDetails(badWeight, weightedDropped);
+  EXPECT_EQ(badWeight, 4);
+  EXPECT_EQ(weightedDropped, 3.25);
+  EXPECT_FALSE(read.IsCaseSensitive());
   ASSERT_NE(read.getDatasetSummaries(), nullptr);
   EXPECT_FALSE(read.getDatasetSummaries()->getOverallSummaries()->getCurrent());
 }

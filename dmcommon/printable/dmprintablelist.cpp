@@ -43,7 +43,7 @@ DMPrintableList* DMPrintableList::Clone() const { return new DMPrintableList(*th
 
 std::string DMPrintableList::Print() const {
   const DMPrintableUtil::CommonImpl& common = impl_->common;
-  const std::string pattern = common.GetPattern();
+  std::string pattern = common.GetPattern();
   const std::vector<const DMPrintable*> arguments = common.GetList();
   // Intended: a message without arguments is its pattern as written, so a
   // plain text needs no quoting of its apostrophes and braces.

@@ -290,7 +290,7 @@ TEST(DMPrintableCommonImplTest, ConvertsBetweenUtf8AndUtf16) {
   EXPECT_EQ(common.ToUTF8(common.ToUTF16(text)), text);
   const std::string longText(300, 'x');
   EXPECT_EQ(common.ToUTF8(common.ToUTF16(longText)), longText);
-  const CommonImpl copy(common);
+  const CommonImpl copy(common);  // NOLINT(performance-unnecessary-copy-initialization): under test
   EXPECT_EQ(copy.ToUTF8(copy.ToUTF16(text)), text);
 }
 

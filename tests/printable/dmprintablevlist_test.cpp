@@ -270,6 +270,7 @@ TEST(DMPrintableVListTest, CopyCarriesTheBuiltParts) {
 
 TEST(DMPrintableVListTest, CopyOfAnUnbuiltListBuildsItsOwnParts) {
   const DMPrintableVList list = VListOf(kSeries, {"a", "b"});
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is under test
   const DMPrintableVList copy(list);
   EXPECT_TRUE(copy.GetSubPatterns().empty());
   EXPECT_EQ(copy.Print(), "a and b");

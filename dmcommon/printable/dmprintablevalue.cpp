@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "dmcommon/fields/dmfield.h"
 #include "dmcommon/formats/dmformat.h"

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -57,12 +58,33 @@ std::string DefaultDirectory() {
   return done;
 }
 
+// Copies `count` bytes. The record cache moves flag bytes, 8-byte numbers
+// and short texts one value at a time; those are copied here with at most
+// two overlapping moves instead of a call into the C library.
+inline void Copy(char* to, const void* from, size_t count) {
+  const auto* in = static_cast<const char*>(from);
+  if (count >= sizeof(uint64_t) && count <= 2 * sizeof(uint64_t)) {
+    uint64_t head = 0;
+    uint64_t tail = 0;
+    std::memcpy(&head, in, sizeof(head));
+    std::memcpy(&tail, in + count - sizeof(tail), sizeof(tail));
+    std::memcpy(to, &head, sizeof(head));
+    std::memcpy(to + count - sizeof(tail), &tail, sizeof(tail));
+  } else if (count == 1) {
+    *to = *in;
+  } else if (count != 0) {
+    std::memcpy(to, in, count);
+  }
+}
+
 }  // namespace
 
 // The buffer holds either bytes read ahead from the file (Reading) or bytes
 // written but not yet stored (Writing), never both, so a file never has two
-// versions of a byte. The file is read and written at explicit offsets, so
-// the system's own file position plays no part.
+// versions of a byte. Each mode has its own pair of pointers into the
+// buffer, null outside it, so that the common small read or write is one
+// comparison and a copy. The file is read and written at explicit offsets,
+// so the system's own file position plays no part.
 class LocalTempFile::Impl {
  public:
   explicit Impl(const std::string& directory) {
@@ -89,19 +111,29 @@ class LocalTempFile::Impl {
   const char* Name() const { return path_.c_str(); }
   bool Valid() const { return fd_ >= 0; }
 
+  // The whole read or write from or into the buffer, when it fits.
+  bool TryRead(void* out, size_t count) {
+    if (count > static_cast<size_t>(readEnd_ - readNext_)) return false;
+    Copy(static_cast<char*>(out), readNext_, count);
+    readNext_ += count;
+    return true;
+  }
+
+  bool TryWrite(const void* in, size_t count) {
+    if (count > static_cast<size_t>(writeEnd_ - writeNext_)) return false;
+    Copy(writeNext_, in, count);
+    writeNext_ += count;
+    return true;
+  }
+
   size_t Read(char* out, size_t count) {
     if (mode_ != Mode::Reading) StartReading();
-    const size_t buffered = length_ - cursor_;
-    if (count <= buffered) {
-      std::memcpy(out, buffer_.get() + cursor_, count);
-      cursor_ += count;
-      return count;
-    }
-    std::memcpy(out, buffer_.get() + cursor_, buffered);
-    size_t done = buffered;
-    cursor_ = length_;
+    if (TryRead(out, count)) return count;
+    size_t done = static_cast<size_t>(readEnd_ - readNext_);
+    Copy(out, readNext_, done);
+    readNext_ = readEnd_;
     while (done < count) {
-      const long long offset = start_ + static_cast<long long>(length_);
+      const long long offset = start_ + (readEnd_ - buffer_.get());
       const size_t wanted = count - done;
       if (wanted >= kBufferSize) {
         // Large reads go straight to the caller; copying them through the
@@ -109,16 +141,16 @@ class LocalTempFile::Impl {
         const size_t got = ReadAt(fd_, out + done, wanted, offset);
         done += got;
         start_ = offset + static_cast<long long>(got);
-        length_ = 0;
-        cursor_ = 0;
+        readNext_ = readEnd_ = buffer_.get();
         break;
       }
       const size_t got = ReadAt(fd_, buffer_.get(), kBufferSize, offset);
+      const size_t taken = std::min(got, wanted);
       start_ = offset;
-      length_ = got;
-      cursor_ = std::min(got, wanted);
-      std::memcpy(out + done, buffer_.get(), cursor_);
-      done += cursor_;
+      readEnd_ = buffer_.get() + got;
+      Copy(out + done, buffer_.get(), taken);
+      readNext_ = buffer_.get() + taken;
+      done += taken;
       if (got < wanted) break;
     }
     return done;
@@ -126,26 +158,25 @@ class LocalTempFile::Impl {
 
   size_t Write(const char* in, size_t count) {
     if (mode_ != Mode::Writing) StartWriting();
-    if (count <= kBufferSize - length_) {
-      std::memcpy(buffer_.get() + length_, in, count);
-      length_ += count;
-      GrowSize();
-      return count;
-    }
+    if (TryWrite(in, count)) return count;
     if (!Flush()) return 0;
     if (count >= kBufferSize) {
       const size_t put = WriteAt(fd_, in, count, start_);
       start_ += static_cast<long long>(put);
-      GrowSize();
+      size_ = std::max(size_, start_);
       return put;
     }
-    std::memcpy(buffer_.get(), in, count);
-    length_ = count;
-    GrowSize();
+    Copy(writeNext_, in, count);
+    writeNext_ += count;
     return count;
   }
 
   int Seek(long long offset, int origin) {
+    // Appends seek to the end before every record, which is where they are.
+    if (mode_ == Mode::Writing && origin == kFromEnd && offset == 0 &&
+        start_ + (writeNext_ - buffer_.get()) >= size_) {
+      return kSeekOk;
+    }
     long long base = 0;
     switch (origin) {
       case kFromStart:
@@ -154,21 +185,21 @@ class LocalTempFile::Impl {
         base = Position();
         break;
       case kFromEnd:
-        base = size_;
+        base = Size();
         break;
       default:
         return kSeekFailed;
     }
-    // Both terms are at least 0 after the checks, so only an overflow past
-    // the largest offset remains to be refused.
+    // The base is at least 0, so only an overflow past the largest offset
+    // remains to be refused beside a negative result.
     if (offset < -base) return kSeekFailed;
     if (offset > 0 && base > std::numeric_limits<long long>::max() - offset) return kSeekFailed;
     const long long target = base + offset;
     if (mode_ == Mode::Reading && target >= start_ &&
-        target <= start_ + static_cast<long long>(length_)) {
+        target <= start_ + (readEnd_ - buffer_.get())) {
       // The cache seeks to where it stopped reading before every record;
-      // inside the read-ahead that is only a move of the cursor.
-      cursor_ = static_cast<size_t>(target - start_);
+      // inside the read-ahead that is only a move of the pointer.
+      readNext_ = buffer_.get() + (target - start_);
       return kSeekOk;
     }
     if (mode_ == Mode::Writing && target == Position()) return kSeekOk;
@@ -185,24 +216,28 @@ class LocalTempFile::Impl {
       case Mode::Idle:
         return position_;
       case Mode::Reading:
-        return start_ + static_cast<long long>(cursor_);
+        return start_ + (readNext_ - buffer_.get());
       case Mode::Writing:
-        return start_ + static_cast<long long>(length_);
+        return start_ + (writeNext_ - buffer_.get());
     }
     return position_;
   }
 
-  void GrowSize() { size_ = std::max(size_, start_ + static_cast<long long>(length_)); }
+  long long Size() const {
+    if (mode_ != Mode::Writing) return size_;
+    return std::max(size_, start_ + (writeNext_ - buffer_.get()));
+  }
 
   // Stores the pending bytes and empties the buffer at the position after
   // them. Bytes that cannot be stored (a full disk) are lost; the write that
   // needed the room reports 0, and a read of them comes back short.
   [[nodiscard]] bool Flush() {
-    const size_t put = WriteAt(fd_, buffer_.get(), length_, start_);
-    const bool stored = put == length_;
-    start_ += static_cast<long long>(length_);
-    length_ = 0;
-    return stored;
+    const size_t pending = static_cast<size_t>(writeNext_ - buffer_.get());
+    const size_t put = WriteAt(fd_, buffer_.get(), pending, start_);
+    start_ += static_cast<long long>(pending);
+    size_ = std::max(size_, start_);
+    writeNext_ = buffer_.get();
+    return put == pending;
   }
 
   // Leaves either mode for Idle at the current position.
@@ -211,36 +246,39 @@ class LocalTempFile::Impl {
     if (mode_ == Mode::Writing) (void)Flush();
     mode_ = Mode::Idle;
     position_ = position;
-    start_ = 0;
-    length_ = 0;
-    cursor_ = 0;
+    readNext_ = readEnd_ = writeNext_ = writeEnd_ = nullptr;
   }
 
   void StartReading() {
     StopBuffering();
     mode_ = Mode::Reading;
     start_ = position_;
+    readNext_ = readEnd_ = buffer_.get();
   }
 
   void StartWriting() {
     StopBuffering();
     mode_ = Mode::Writing;
     start_ = position_;
+    writeNext_ = buffer_.get();
+    writeEnd_ = buffer_.get() + kBufferSize;
   }
 
   int fd_ = -1;
   std::string path_;
   std::unique_ptr<char[]> buffer_;
   Mode mode_ = Mode::Idle;
-  // Idle: the position. Reading and Writing derive it from the buffer.
+  // Idle: the position. Reading and Writing derive it from the pointers.
   long long position_ = 0;
-  // The file offset of the buffer's first byte.
+  // Reading and Writing: the file offset of the buffer's first byte.
   long long start_ = 0;
-  // Reading: bytes read ahead; Writing: bytes not yet stored.
-  size_t length_ = 0;
-  // Reading: the next byte to hand out.
-  size_t cursor_ = 0;
-  // The file's size including the bytes not yet stored; only this object
+  // Reading: the next byte to hand out and the end of the bytes read ahead.
+  char* readNext_ = nullptr;
+  char* readEnd_ = nullptr;
+  // Writing: where the next byte goes and the end of the buffer.
+  char* writeNext_ = nullptr;
+  char* writeEnd_ = nullptr;
+  // The file's size without the bytes not yet stored; only this object
   // writes to the file, so it never has to ask the system.
   long long size_ = 0;
 };
@@ -257,12 +295,16 @@ const char* LocalTempFile::getName() const { return impl_->Name(); }
 int LocalTempFile::isValid() const { return impl_->Valid() ? 1 : 0; }
 
 size_t LocalTempFile::read(void* buffer, size_t count) {
-  if (!impl_->Valid() || buffer == nullptr) return 0;
+  if (buffer == nullptr) return 0;
+  if (impl_->TryRead(buffer, count)) return count;
+  if (!impl_->Valid()) return 0;
   return impl_->Read(static_cast<char*>(buffer), count);
 }
 
 size_t LocalTempFile::write(const void* buffer, size_t count) {
-  if (!impl_->Valid() || buffer == nullptr) return 0;
+  if (buffer == nullptr) return 0;
+  if (impl_->TryWrite(buffer, count)) return count;
+  if (!impl_->Valid()) return 0;
   return impl_->Write(static_cast<const char*>(buffer), count);
 }
 

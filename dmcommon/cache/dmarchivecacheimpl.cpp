@@ -69,19 +69,8 @@ Layout LayoutOf(DMField::StorageType storage) {
   return Layout::Skipped;
 }
 
-// The layout of field `index`; a field that has gone (the metadata changed
-// under the cache) can hold no value.
-Layout LayoutOf(const DMMetaData& metadata, unsigned index) {
-  const DMField* field = metadata.GetField(index);
-  return field == nullptr ? Layout::Rejected : LayoutOf(field->GetStorage());
-}
-
 unsigned char FieldBit(unsigned index) {
   return static_cast<unsigned char>(kFirstFieldBit >> (index % kFieldsPerFlagByte));
-}
-
-bool HasRecords(const DMMetaData* metadata) {
-  return metadata != nullptr && metadata->FieldCount() > 0;
 }
 
 // Writes `count` bytes and adds the bytes written to `fileLength`, also when
@@ -99,9 +88,9 @@ bool HasRecords(const DMMetaData* metadata) {
 // has to be held in memory. Stops at the first failure, leaving what was
 // written in the file and counted in `fileLength`.
 template <typename ValueOf>
-[[nodiscard]] bool AppendRecord(const DMMetaData& metadata, VELA_TempFile& file,
-                                const ValueOf& valueOf, int64_t& fileLength) {
-  const unsigned count = metadata.FieldCount();
+[[nodiscard]] bool AppendRecord(const std::vector<DMField::StorageType>& storages,
+                                VELA_TempFile& file, const ValueOf& valueOf, int64_t& fileLength) {
+  const auto count = static_cast<unsigned>(storages.size());
   // The file's seek result has no meaning the cache may rely on; a seek that
   // did not happen shows in the reads.
   (void)file.seek(0, kFromEnd);
@@ -122,7 +111,7 @@ template <typename ValueOf>
   for (unsigned i = 0; i < count; ++i) {
     if (valueOf(i, data, size) != kSourceOk) return false;
     if (data == nullptr) continue;
-    switch (LayoutOf(metadata, i)) {
+    switch (LayoutOf(storages[i])) {
       case Layout::Numeric:
         // The source's size is written as it is: numeric values are
         // expected to be 8 bytes, and the reader takes 8.
@@ -146,20 +135,18 @@ template <typename ValueOf>
 // Checks that the cache can take a record, appends it and brings the
 // iterator's file length up to date, whatever happened.
 template <typename ValueOf>
-[[nodiscard]] bool Append(const DMMetaData* metadata, VELA_TempFile* file,
-                          DMCacheIterator* iterator, const ValueOf& valueOf) {
-  if (!HasRecords(metadata) || file == nullptr || file->isValid() == 0 || iterator == nullptr) {
-    return false;
-  }
-  int64_t fileLength = iterator->getFileLength();
+[[nodiscard]] bool Append(const std::vector<DMField::StorageType>& storages, VELA_TempFile* file,
+                          int64_t& iteratorFileLength, const ValueOf& valueOf) {
+  if (storages.empty() || file == nullptr || file->isValid() == 0) return false;
+  int64_t fileLength = iteratorFileLength;
   bool appended = false;
   try {
-    appended = AppendRecord(*metadata, *file, valueOf, fileLength);
+    appended = AppendRecord(storages, *file, valueOf, fileLength);
   } catch (...) {
     // Whatever a source or the file throws fails this record only.
     appended = false;
   }
-  iterator->setFileLength(fileLength);
+  iteratorFileLength = fileLength;
   return appended;
 }
 
@@ -173,7 +160,9 @@ DMCacheIterator::DMCacheIterator(DMMetaData* metadata, VELA_TempFile* file)
   if (metadata_ == nullptr) return;
   const unsigned count = metadata_->FieldCount();
   for (unsigned i = 0; i < count; ++i) {
-    switch (LayoutOf(*metadata_, i)) {
+    const DMField* field = metadata_->GetField(i);
+    storages_.push_back(field->GetStorage());
+    switch (LayoutOf(storages_.back())) {
       case Layout::Numeric:
         recordBuffer_.push_back({std::make_unique<char[]>(kNumericSize), kNumericSize, 0});
         break;
@@ -191,7 +180,7 @@ DMCacheIterator::DMCacheIterator(DMMetaData* metadata, VELA_TempFile* file)
 DMCacheIterator::~DMCacheIterator() = default;
 
 int DMCacheIterator::NextRecord() {
-  if (!HasRecords(metadata_) || file_ == nullptr) return kReadFailed;
+  if (storages_.empty() || file_ == nullptr) return kReadFailed;
   try {
     return ReadRecord();
   } catch (...) {
@@ -201,11 +190,10 @@ int DMCacheIterator::NextRecord() {
 }
 
 int DMCacheIterator::ReadRecord() {
-  const unsigned count = metadata_->FieldCount();
+  const auto count = static_cast<unsigned>(storages_.size());
   (void)file_->seek(position_, kFromStart);
   if (position_ >= fileLength_) return kEndOfData;
 
-  missingFlags_.resize(count);
   unsigned char flags = 0;
   for (unsigned i = 0; i < count; ++i) {
     if (i % kFieldsPerFlagByte == 0 && file_->read(&flags, 1) != 1) return kReadFailed;
@@ -214,43 +202,31 @@ int DMCacheIterator::ReadRecord() {
   int64_t consumed = (count + kFieldsPerFlagByte - 1) / kFieldsPerFlagByte;
 
   // Buffers belong to the fields that have one, in field order.
-  size_t next = 0;
+  auto buffer = recordBuffer_.begin();
   for (unsigned i = 0; i < count; ++i) {
-    const Layout layout = LayoutOf(*metadata_, i);
-    const size_t slot = next;
-    if (layout == Layout::Numeric || layout == Layout::Text) ++next;
-    if (missingFlags_[i]) continue;
-    switch (layout) {
-      case Layout::Rejected:
-        return kReadFailed;
-      case Layout::Skipped:
-        break;
-      case Layout::Numeric: {
-        // Fields added to the metadata after the iterator was built have no
-        // buffer.
-        if (slot >= recordBuffer_.size()) return kReadFailed;
-        Buffer& buffer = recordBuffer_[slot];
-        if (file_->read(buffer.bytes.get(), kNumericSize) != kNumericSize) return kReadFailed;
-        buffer.used = std::max(buffer.used, kNumericSize);
-        consumed += static_cast<int64_t>(kNumericSize);
-        break;
-      }
-      case Layout::Text: {
-        if (slot >= recordBuffer_.size()) return kReadFailed;
-        uint64_t length = 0;
-        if (file_->read(&length, kLengthSize) != kLengthSize) return kReadFailed;
-        consumed += static_cast<int64_t>(kLengthSize);
-        if (!ReadText(recordBuffer_[slot], position_ + consumed, length)) return kReadFailed;
-        consumed += static_cast<int64_t>(length);
-        break;
-      }
+    const Layout layout = LayoutOf(storages_[i]);
+    if (layout == Layout::Rejected || layout == Layout::Skipped) {
+      if (!missingFlags_[i] && layout == Layout::Rejected) return kReadFailed;
+      continue;
     }
+    Buffer& into = *buffer++;
+    if (missingFlags_[i]) continue;
+    if (layout == Layout::Numeric) {
+      if (file_->read(into.bytes.get(), kNumericSize) != kNumericSize) return kReadFailed;
+      consumed += static_cast<int64_t>(kNumericSize);
+      continue;
+    }
+    uint64_t length = 0;
+    if (file_->read(&length, kLengthSize) != kLengthSize) return kReadFailed;
+    consumed += static_cast<int64_t>(kLengthSize);
+    if (!ReadText(into, position_ + consumed, length)) return kReadFailed;
+    consumed += static_cast<int64_t>(length);
   }
   position_ += consumed;
   return kRecordRead;
 }
 
-bool DMCacheIterator::ReadText(Buffer& buffer, int64_t offset, uint64_t& length) {
+bool DMCacheIterator::ReadText(Buffer& buffer, int64_t offset, uint64_t length) {
   if (length < buffer.capacity) {
     // The text and its terminator fit. The buffer is zero beyond `used`, so
     // clearing what the last texts left behind is the same as zero-filling
@@ -299,21 +275,17 @@ int DMCacheIterator::GetRecordValue(unsigned long field, void*& data, unsigned l
   if (position_ < 1) return kValueFailed;
   if (field >= recordBuffer_.size()) return kValueFailed;
   // The kept limitation: a field without a buffer shifts the buffers of the
-  // fields after it, so no field's buffer can be trusted.
-  if (metadata_ == nullptr || recordBuffer_.size() != metadata_->FieldCount()) return kValueFailed;
-  const DMField* described = metadata_->GetField(static_cast<unsigned>(field));
-  if (described == nullptr || described->GetStorage() == DMField::StorageType::Unknown) {
-    return kValueFailed;
-  }
-  if (field < missingFlags_.size() && missingFlags_[field]) return kValueFound;
+  // fields after it, so no field's buffer can be trusted. With one buffer per
+  // field every field exists and none has Unknown storage, which has none.
+  if (recordBuffer_.size() != storages_.size()) return kValueFailed;
+  if (missingFlags_[field]) return kValueFound;
 
   Buffer& buffer = recordBuffer_[field];
   data = buffer.bytes.get();
-  if (described->GetStorage() == DMField::StorageType::String) {
-    // Bounded by the capacity, in case a field's storage changed to String
-    // after its 8-byte buffer was filled.
-    const char* bytes = buffer.bytes.get();
-    size = static_cast<unsigned long>(std::find(bytes, bytes + buffer.capacity, '\0') - bytes);
+  if (storages_[field] == DMField::StorageType::String) {
+    // The buffer is zero from `used` on, so the text ends at or before it.
+    const void* end = std::memchr(buffer.bytes.get(), '\0', buffer.used + 1);
+    size = static_cast<unsigned long>(static_cast<const char*>(end) - buffer.bytes.get());
   } else {
     size = buffer.capacity;
   }
@@ -321,7 +293,7 @@ int DMCacheIterator::GetRecordValue(unsigned long field, void*& data, unsigned l
 }
 
 int DMCacheIterator::Rewind() {
-  if (!HasRecords(metadata_) || file_ == nullptr || file_->isValid() == 0) return kRewindFailed;
+  if (storages_.empty() || file_ == nullptr || file_->isValid() == 0) return kRewindFailed;
   position_ = 0;
   return kRewound;
 }
@@ -361,7 +333,8 @@ unsigned int DMArchiveCacheImpl::addRecordFromIterator(DMAIterator* source) {
     data = value;
     return status;
   };
-  if (!Append(metadata_.get(), file_.get(), iterator_.get(), valueOf)) return kIteratorAppendFailed;
+  if (!Append(iterator_->storages_, file_.get(), iterator_->fileLength_, valueOf))
+    return kIteratorAppendFailed;
   return kAppended;
 }
 
@@ -381,7 +354,8 @@ int DMArchiveCacheImpl::addRecord(DMIterator* source, int* /*reserved*/) {
     int32_t ignored = 0;
     return source->getValue(source->context, field, &data, &size, &ignored);
   };
-  if (!Append(metadata_.get(), file_.get(), iterator_.get(), valueOf)) return kAddRecordFailed;
+  if (!Append(iterator_->storages_, file_.get(), iterator_->fileLength_, valueOf))
+    return kAddRecordFailed;
   return kAppended;
 }
 

@@ -8,6 +8,7 @@
 
 #include "dmcommon/cache/dmcacheinterface.h"
 #include "dmcommon/dmcommon_export.h"
+#include "dmcommon/fields/dmfield.h"
 
 class DMMetaData;
 
@@ -20,6 +21,11 @@ class DMMetaData;
 /// up with their field numbers and `GetRecordValue` refuses every field. That
 /// limitation is kept on purpose: callers depend on the refusal.
 ///
+/// The field count and storage types are read from the metadata once, by
+/// the constructor, and decide the layout for the iterator's life: the
+/// metadata belongs to the cache, which never changes it, and looking it up
+/// again for every value would cost more than the rest of the read.
+///
 /// The iterator and the cache that owns it share the file: the cache appends
 /// at its end and counts the bytes in `getFileLength`, the iterator seeks to
 /// its own position before every record, so appends and reads may be
@@ -27,8 +33,8 @@ class DMMetaData;
 class DMCOMMON_EXPORT DMCacheIterator : public DMAIterator {
  public:
   /// An iterator before the first record of `file`, whose records are laid
-  /// out after `metadata`. Neither is owned; both must outlive the iterator.
-  /// Either may be null, which makes reading fail.
+  /// out after `metadata` as it is now. Neither is owned; `file` must
+  /// outlive the iterator. Either may be null, which makes reading fail.
   DMCacheIterator(DMMetaData* metadata, DMTempFiles::VELA_TempFile* file);
   DMCacheIterator(const DMCacheIterator&) = delete;
   DMCacheIterator& operator=(const DMCacheIterator&) = delete;
@@ -80,8 +86,11 @@ class DMCOMMON_EXPORT DMCacheIterator : public DMAIterator {
     unsigned long used = 0;
   };
 
+  // The cache appends after the same layout.
+  friend class DMArchiveCacheImpl;
+
   [[nodiscard]] int ReadRecord();
-  [[nodiscard]] bool ReadText(Buffer& buffer, int64_t offset, uint64_t& length);
+  [[nodiscard]] bool ReadText(Buffer& buffer, int64_t offset, uint64_t length);
 
   int64_t position_ = 0;
   int64_t fileLength_ = 0;
@@ -89,6 +98,9 @@ class DMCOMMON_EXPORT DMCacheIterator : public DMAIterator {
   std::vector<bool> missingFlags_;
   DMMetaData* metadata_;
   DMTempFiles::VELA_TempFile* file_;
+  // The storage type of each field, read from the metadata by the
+  // constructor; empty without metadata.
+  std::vector<DMField::StorageType> storages_;
 };
 
 /// A cache of the records of one dataset in a temporary file, laid out after
@@ -102,8 +114,9 @@ class DMCOMMON_EXPORT DMCacheIterator : public DMAIterator {
 /// without header or padding. A field of Unknown storage fails any record
 /// with a value for it; fields of other storage numbers take no bytes.
 ///
-/// The cache owns the metadata, the file and its iterator. Appends go to the
-/// end of the file and may be interleaved with reads. A failed append leaves
+/// The cache owns the metadata, the file and its iterator; the layout follows
+/// the metadata as it is when the cache is created. Appends go to the end of
+/// the file and may be interleaved with reads. A failed append leaves
 /// the bytes it wrote in the file and counted in the iterator's file length,
 /// so records read after it are not reliable; that is intended, the file is
 /// never rewritten.

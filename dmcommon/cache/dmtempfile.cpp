@@ -113,20 +113,24 @@ class LocalTempFile::Impl {
 
   // The whole read or write from or into the buffer, when it fits.
   bool TryRead(void* out, size_t count) {
-    if (count > static_cast<size_t>(readEnd_ - readNext_)) return false;
-    Copy(static_cast<char*>(out), readNext_, count);
-    readNext_ += count;
+    char* const next = readNext_;
+    if (count > static_cast<size_t>(readEnd_ - next)) return false;
+    Copy(static_cast<char*>(out), next, count);
+    readNext_ = next + count;
     return true;
   }
 
   bool TryWrite(const void* in, size_t count) {
-    if (count > static_cast<size_t>(writeEnd_ - writeNext_)) return false;
-    Copy(writeNext_, in, count);
-    writeNext_ += count;
+    char* const next = writeNext_;
+    if (count > static_cast<size_t>(writeEnd_ - next)) return false;
+    Copy(next, in, count);
+    writeNext_ = next + count;
     return true;
   }
 
-  size_t Read(char* out, size_t count) {
+  // The slow paths stay out of line, so that the callers' fast paths need
+  // no stack frame.
+  [[gnu::noinline]] size_t Read(char* out, size_t count) {
     if (mode_ != Mode::Reading) StartReading();
     if (TryRead(out, count)) return count;
     size_t done = static_cast<size_t>(readEnd_ - readNext_);
@@ -156,7 +160,7 @@ class LocalTempFile::Impl {
     return done;
   }
 
-  size_t Write(const char* in, size_t count) {
+  [[gnu::noinline]] size_t Write(const char* in, size_t count) {
     if (mode_ != Mode::Writing) StartWriting();
     if (TryWrite(in, count)) return count;
     if (!Flush()) return 0;

@@ -82,7 +82,8 @@ void OnRow(int /*terminator*/, void* user) {
     ++state.dataRows;
     if (state.column < state.header.size()) {
       state.error = RowName(state.dataRows) + " has " + std::to_string(state.column) +
-                    " cells, the header has " + std::to_string(state.header.size());
+                    (state.column == 1 ? " cell" : " cells") + ", the header has " +
+                    std::to_string(state.header.size());
     }
   }
   state.column = 0;

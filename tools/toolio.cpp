@@ -1,5 +1,6 @@
 #include "toolio.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,11 +16,14 @@ XmlSession::XmlSession() { DmExtension::DMXMLWrapper::startup(false); }
 
 XmlSession::~XmlSession() { DmExtension::DMXMLWrapper::shutdown(false); }
 
-StdoutToStderr::StdoutToStderr() : saved_(-1) {
+StdoutToStderr::StdoutToStderr(bool discard) : saved_(-1) {
   std::cout.flush();
   std::fflush(stdout);
   saved_ = dup(STDOUT_FILENO);
-  if (saved_ >= 0) dup2(STDERR_FILENO, STDOUT_FILENO);
+  if (saved_ < 0) return;
+  const int target = discard ? open("/dev/null", O_WRONLY) : STDERR_FILENO;
+  if (target >= 0) dup2(target, STDOUT_FILENO);
+  if (discard && target >= 0) close(target);
 }
 
 StdoutToStderr::~StdoutToStderr() {

@@ -28,11 +28,12 @@ class XmlSession {
 };
 
 /// While alive, sends what is written to standard output to standard error
-/// instead. The XML layer prints the parser's complaints to standard output,
-/// which would corrupt a document or table that dmtool writes there.
+/// instead, or nowhere with `discard`. The XML layer prints the parser's
+/// complaints to standard output, which would corrupt a document or table
+/// that dmtool writes there.
 class StdoutToStderr {
  public:
-  StdoutToStderr();
+  explicit StdoutToStderr(bool discard = false);
   ~StdoutToStderr();
   StdoutToStderr(const StdoutToStderr&) = delete;
   StdoutToStderr& operator=(const StdoutToStderr&) = delete;

@@ -4,20 +4,23 @@
 # and linked with pkg-config flags. Registered by tests/packaging/CMakeLists.txt;
 # one step per call:
 #
-#   run_packaging_test.sh add_subdirectory|install|find_package|pkg_config \
+#   run_packaging_test.sh add_subdirectory|install|find_package|pkg_config|
+#                         example_find_package|example_pkg_config \
 #     --source=DIR --build=DIR --work=DIR --cmake=PATH --cxx=PATH \
 #     --generator=NAME --build-type=TYPE --cxx-flags=FLAGS \
-#     --libdir=DIR --includedir=DIR --version=X.Y.Z
+#     --libdir=DIR --includedir=DIR --bindir=DIR --tool=0|1 --version=X.Y.Z
 #
-# `install` installs the build tree into WORK/prefix; `find_package` and
-# `pkg_config` use that prefix (CTest orders them with a fixture).
+# `install` installs the build tree into WORK/prefix (with dmtool when
+# --tool=1); the other modes but `add_subdirectory` use that prefix (CTest
+# orders them with a fixture). The `example_*` modes build examples/consumer
+# and run it on examples/data/seattle-weather.xml.
 set -euo pipefail
 
 mode=${1:?usage: run_packaging_test.sh MODE --option=value...}
 shift
 
 source_dir= build_dir= work_dir= cmake=cmake cxx=c++ generator= build_type= cxx_flags=
-libdir=lib includedir=include version=
+libdir=lib includedir=include bindir=bin tool=0 version=
 for arg in "$@"; do
   case $arg in
     --source=*) source_dir=${arg#*=} ;;
@@ -30,6 +33,8 @@ for arg in "$@"; do
     --cxx-flags=*) cxx_flags=${arg#*=} ;;
     --libdir=*) libdir=${arg#*=} ;;
     --includedir=*) includedir=${arg#*=} ;;
+    --bindir=*) bindir=${arg#*=} ;;
+    --tool=*) tool=${arg#*=} ;;
     --version=*) version=${arg#*=} ;;
     *) echo "run_packaging_test: unknown argument $arg" >&2; exit 2 ;;
   esac
@@ -37,6 +42,8 @@ done
 : "${source_dir:?--source is required}" "${work_dir:?--work is required}"
 
 consumer_src=$source_dir/tests/packaging/consumer
+example_src=$source_dir/examples/consumer
+example_document=$source_dir/examples/data/seattle-weather.xml
 prefix=$work_dir/prefix
 
 fail() {
@@ -49,11 +56,12 @@ step() {
   "$@"
 }
 
-# Configures and builds the consumer project in $1 with extra cache arguments.
+# Configures and builds the consumer project in $1 with extra cache arguments;
+# the project's sources are in $project_src (the test consumer by default).
 build_consumer() {
   local dir=$1
   shift
-  local args=(-S "$consumer_src" -B "$dir" "-DCMAKE_CXX_COMPILER=$cxx"
+  local args=(-S "${project_src:-$consumer_src}" -B "$dir" "-DCMAKE_CXX_COMPILER=$cxx"
               "-DCMAKE_CXX_FLAGS=$cxx_flags")
   if [ -n "$generator" ]; then args+=(-G "$generator"); fi
   if [ -n "$build_type" ]; then args+=("-DCMAKE_BUILD_TYPE=$build_type"); fi
@@ -68,6 +76,18 @@ run_consumer() {
   output=$("$binary") || fail "$binary exited with $? (output: $output)"
   echo "$output"
   [[ $output == "b=1 "* ]] || fail "$binary printed '$output', expected b=1"
+}
+
+# Runs the example consumer on the shipped document; it must list the six
+# fields of the Seattle weather data.
+run_example() {
+  local binary=$1
+  local output
+  echo "+ $binary $example_document"
+  output=$("$binary" "$example_document") || fail "$binary exited with $? (output: $output)"
+  echo "$output"
+  [[ $output == *"date date continuous"* && $output == *"weather string nominal"* &&
+     $output == *"6 fields" ]] || fail "$binary did not list the document's fields"
 }
 
 require_installed_prefix() {
@@ -112,6 +132,13 @@ case $mode in
     for file in "${expected[@]}"; do
       [ -e "$prefix/$file" ] || fail "$file was not installed"
     done
+
+    if [ "$tool" = 1 ]; then
+      # The installed tool must find the installed library on its own.
+      [ -x "$prefix/$bindir/dmtool" ] || fail "$bindir/dmtool was not installed"
+      step env -u LD_LIBRARY_PATH "$prefix/$bindir/dmtool" check "$example_document" ||
+        fail "the installed dmtool does not run"
+    fi
 
     internal=$(find "$prefix/$includedir" -name '*_internal.h')
     [ -z "$internal" ] || fail "private headers were installed: $internal"
@@ -161,6 +188,30 @@ case $mode in
     step "$cxx" -std=c++17 $cxx_flags "${cflags[@]}" "$consumer_src/main.cpp" \
       -o "$dir/consumer" "${libs[@]}" "-Wl,-rpath,$pc_libdir"
     run_consumer "$dir/consumer"
+    ;;
+
+  example_find_package)
+    require_installed_prefix
+    dir=$work_dir/example_find_package
+    rm -rf "$dir"
+    project_src=$example_src build_consumer "$dir" "-DCMAKE_PREFIX_PATH=$prefix" \
+      -DCMAKE_FIND_PACKAGE_NO_PACKAGE_REGISTRY=ON
+    run_example "$dir/consumer"
+    ;;
+
+  example_pkg_config)
+    require_installed_prefix
+    dir=$work_dir/example_pkg_config
+    rm -rf "$dir"
+    mkdir -p "$dir"
+    export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
+    pc_libdir=$(pkg-config --variable=libdir dmcommon)
+    read -r -a cflags <<<"$(pkg-config --cflags dmcommon)"
+    read -r -a libs <<<"$(pkg-config --libs dmcommon)"
+    # shellcheck disable=SC2086  # the flags are a list of words
+    step "$cxx" -std=c++17 $cxx_flags "${cflags[@]}" "$example_src/main.cpp" \
+      -o "$dir/consumer" "${libs[@]}" "-Wl,-rpath,$pc_libdir"
+    run_example "$dir/consumer"
     ;;
 
   *)

@@ -11,6 +11,9 @@ packages=(
   libicu-dev
   libgtest-dev
   libbenchmark-dev
+  libcli11-dev
+  libcsv-dev
+  python3
 )
 
 missing=()

@@ -413,6 +413,22 @@ def case_render():
         out, _ = run(["render"] + args)
         check(out == expected + "\n", "render %r gave %r, expected %r" % (args, out, expected))
 
+    # The README's examples.
+    formats = os.path.join(SOURCE, "examples", "formats")
+    whole, cents = divmod(round(1234567.891 * 100), 100)
+    days, rest = divmod(93784, 86400)
+    readme = [
+        (["number.xml", "1234567.891"], "{:,}".format(whole).replace(",", ".") + ",%02d" % cents),
+        (["percent.xml", "12.345"], "%.1f%%" % 12.345),
+        (["long-date.xml", "2012-01-01"], datetime.date(2012, 1, 1).strftime("%d %b %Y")),
+        (["duration.xml", "93784"], "%d %02d:%02d:%02d" % (days, rest // 3600, rest // 60 % 60,
+                                                           rest % 60)),
+    ]
+    for (name, value), expected in readme:
+        out, _ = run(["render", os.path.join(formats, name), value])
+        check(out == expected + "\n", "render %s %s gave %r, expected %r" % (name, value, out,
+                                                                            expected))
+
     not_a_format = work_file("field.xml", '<Field name="x"/>')
     run(["render", not_a_format, "1"], expect=1)
     run(["render", number, "abc"], expect=2)

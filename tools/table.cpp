@@ -21,7 +21,7 @@ constexpr unsigned kTopCategories = 3;
 constexpr unsigned kExtraStatDecimals = 2;
 // Cells wider than this are cut, so that one long label cannot widen the
 // whole table.
-constexpr std::size_t kMaxCellWidth = 48;
+constexpr std::size_t kMaxCellWidth = 64;
 
 // A plain text table: a header, rows, and per column whether it aligns right.
 class TextTable {

@@ -192,7 +192,7 @@ std::string DiagnoseFormats(DMXMLWrapper& root, DMMetaData& scratch) {
     const std::string where = "shared format #" + std::to_string(index) + " " +
                               Quoted(Attribute(*child, Attributes::Name));
     if (std::string why = CheckFormatElement(*child, nullptr); !why.empty()) {
-      return where + ": " + why;
+      return where + ": " += why;
     }
     const std::unique_ptr<DMFormat> format(DMField::FormatFromDOMNode(*child));
     if (scratch.AddSharedFormat(*format) < 0) return where + ": a shared format needs a name";
@@ -328,7 +328,7 @@ std::string DiagnoseSummaries(DMXMLWrapper& root) {
     for (const char* attribute :
          {Attributes::current, Attributes::includeUMissing, Attributes::includeNotValid}) {
       if (std::string why = CheckFlag(*summary, attribute); !why.empty()) {
-        return where + ": " + why;
+        return where + ": " += why;
       }
     }
     if (Attribute(*summary, Attributes::FieldName).empty()) return where + ": it has no fieldName";

@@ -1,6 +1,7 @@
 // dmtool: the dataset dictionary from the command line. Profiles CSV files
 // into metadata documents and shows, checks, round-trips and renders them.
 
+#include <exception>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -64,9 +65,8 @@ int RunRoundtrip(const std::string& path, const std::string& output) {
   return ExportTo(*metadata, output);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+// Parses the command line and runs the subcommand; returns the exit code.
+int Run(int argc, char** argv) {
   CLI::App app{
       "dmtool: build, show, check and round-trip dataset dictionaries (metadata XML documents)\n"
       "with the dmcommon library. Exit codes: 0 success, 1 a document or CSV file was\n"
@@ -157,4 +157,17 @@ int main(int argc, char** argv) {
   if (*roundtripCommand) return RunRoundtrip(roundtripPath, roundtripOutput);
   if (*renderCommand) return dmtool::RenderValue(formatPath, value, units);
   return kExitUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    // Only running out of memory gets here; the library reports by results
+    // and CLI11's parse errors are handled in Run.
+    std::cerr << "dmtool: " << error.what() << '\n';
+    return kExitUsage;
+  }
 }

@@ -128,11 +128,12 @@ std::vector<Category> CategoriesOf(const ColumnProfile& column) {
   }
   for (int i = 0; i < std::min(column.DistinctValues(), 2); ++i) {
     const auto [value, count] = column.Value(i);
-    DMDatum datum = column.Kind() == ColumnKind::kInteger ? DMDatum(static_cast<long long>(value))
-                                                          : DMDatum(value);
+    const DMDatum datum = column.Kind() == ColumnKind::kInteger
+                              ? DMDatum(static_cast<long long>(value))
+                              : DMDatum(value);
     std::string text;
     datum.ToString(text, 0);
-    categories.push_back({std::move(datum), std::move(text), count});
+    categories.push_back({datum, std::move(text), count});
   }
   std::sort(categories.begin(), categories.end(),
             [](const Category& a, const Category& b) { return a.datum.Compare(b.datum) < 0; });

@@ -45,9 +45,11 @@ class TextTable {
       for (const auto& row : rows_) widths[c] = std::max(widths[c], DisplayWidth(row[c]));
     }
     std::vector<std::string> titles;
+    titles.reserve(columns_.size());
     for (const Column& column : columns_) titles.emplace_back(column.title);
     PrintRow(out, titles, widths);
     std::vector<std::string> rules;
+    rules.reserve(widths.size());
     for (const std::size_t width : widths) rules.emplace_back(width, '-');
     PrintRow(out, rules, widths);
     for (const auto& row : rows_) PrintRow(out, row, widths);
@@ -356,9 +358,10 @@ void PrintDictionary(const DMMetaData& metadata, std::ostream& out) {
     std::string source;
     const DMFormat* format = EffectiveFormat(metadata, field, source);
     std::string formatText = format != nullptr ? DescribeFormat(*format) : "-";
-    if (format != nullptr && source == "shared")
-      formatText = "@" + format->GetName() + " " + formatText;
-    if (format != nullptr && source == "default") formatText = "default " + formatText;
+    if (format != nullptr && source == "shared") {
+      formatText.insert(0, "@" + format->GetName() + " ");
+    }
+    if (format != nullptr && source == "default") formatText.insert(0, "default ");
 
     std::string valid;
     std::string missing;

@@ -1,0 +1,125 @@
+// The record cache reading a corrupted temporary file: the input chooses a
+// field layout and is the file's content. Reading stops with a result code,
+// hands out values inside their buffers, and never grows a buffer beyond
+// what the file holds.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "dmcommon/cache/dmarchivecacheimpl.h"
+#include "dmcommon/fields/dmfield.h"
+#include "dmcommon/metadata/dmmetadata.h"
+#include "fuzz/fuzz_support.h"
+#include "fuzz/memorytempfile.h"
+
+namespace {
+
+constexpr char kTarget[] = "cache";
+
+using Storage = DMField::StorageType;
+
+constexpr int kRecordRead = 0;
+constexpr int kEndOfData = 1;
+constexpr int kReadFailed = 2;
+constexpr unsigned long kTextBufferSize = 1024;
+constexpr unsigned long kNumericSize = 8;
+
+constexpr std::size_t kMaxFields = 16;
+// Texts are likelier than the rarer storages, so that long, short and lying
+// byte counts are explored; a storage outside the enumeration is one a
+// corrupted caller may hand over.
+constexpr Storage kStorages[] = {
+    Storage::String,  Storage::String, Storage::Integer,        Storage::Real,
+    Storage::Date,    Storage::Time,   Storage::Timestamp,      Storage::String,
+    Storage::Unknown, Storage::String, static_cast<Storage>(9), Storage::Real,
+};
+
+void Require(bool holds, const std::string& what) { dmfuzz::Require(holds, kTarget, what); }
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  // Byte 0: the field count; byte 1: whether the cache is told the whole
+  // file or only half of it; one byte per field: its storage; the rest is
+  // the file.
+  if (size < 2) return 0;
+  const std::size_t fieldCount = 1 + data[0] % kMaxFields;
+  const bool toldHalf = (data[1] & 1) != 0;
+  if (size < 2 + fieldCount) return 0;
+
+  DMMetaData metadata(nullptr);
+  std::vector<Storage> storages;
+  for (std::size_t i = 0; i < fieldCount; ++i) {
+    storages.push_back(kStorages[data[2 + i] % std::size(kStorages)]);
+    metadata.AppendField(DMField("f" + std::to_string(i), DMField::FieldType::Continuous,
+                                 storages.back(), DMField::RoleType::Input));
+  }
+  const std::size_t header = 2 + fieldCount;
+  dmfuzz::MemoryTempFile file(
+      std::string(reinterpret_cast<const char*>(data) + header, size - header));
+  const auto fileSize = static_cast<int64_t>(file.size());
+  const int64_t declared = toldHalf ? fileSize / 2 : fileSize;
+
+  DMCacheIterator iterator(&metadata, &file);
+  iterator.setFileLength(declared);
+  // The largest buffer a record of this file can call for: a text of every
+  // byte of it and its terminator, or the buffer every text field starts
+  // with.
+  const unsigned long bound =
+      std::max<unsigned long>(kTextBufferSize, static_cast<unsigned long>(fileSize) + 1);
+
+  int first = -1;
+  int result = kRecordRead;
+  // Each record takes at least its flag byte, so a file of n bytes holds at
+  // most n records; one more call must then stop.
+  for (int64_t records = 0; result == kRecordRead; ++records) {
+    Require(records <= fileSize, "more records than bytes");
+    const int64_t before = iterator.GetPosition();
+    result = iterator.NextRecord();
+    if (first < 0) first = result;
+    const int64_t after = iterator.GetPosition();
+    Require(result == kRecordRead || result == kEndOfData || result == kReadFailed,
+            "NextRecord gave an unknown result");
+    if (result == kRecordRead) {
+      Require(after > before && after <= fileSize, "a record read did not advance inside the file");
+    } else {
+      Require(after == before, "a record not read moved the position");
+      Require(result != kEndOfData || before >= declared, "end of data before the end");
+    }
+    for (unsigned long b = 0; b < fieldCount; ++b) {
+      Require(iterator.GetBufferCapacity(b) <= bound,
+              "a buffer grew to " + std::to_string(iterator.GetBufferCapacity(b)) +
+                  " bytes for a file of " + std::to_string(fileSize));
+    }
+    if (result != kRecordRead) break;
+
+    for (unsigned long f = 0; f < fieldCount + 1; ++f) {
+      void* value = reinterpret_cast<void*>(1);
+      unsigned long length = 1;
+      const int status = iterator.GetRecordValue(f, value, length);
+      if (status != 0 || value == nullptr) {
+        Require(value == nullptr && length == 0, "a refused or missing value has data");
+        continue;
+      }
+      Require(f < fieldCount, "a value for a field that does not exist");
+      if (storages[f] == Storage::String) {
+        Require(length < iterator.GetBufferCapacity(f) &&
+                    length <= static_cast<unsigned long>(fileSize),
+                "a text longer than its buffer or the file");
+        Require(static_cast<const char*>(value)[length] == '\0', "a text without terminator");
+      } else {
+        Require(length == kNumericSize, "a number of another size than 8");
+      }
+    }
+  }
+
+  // Reading again from the start gives the same first result.
+  Require(iterator.Rewind() == 0, "Rewind failed");
+  Require(iterator.GetPosition() == 0, "Rewind did not go back to the start");
+  Require(iterator.NextRecord() == first, "the first record reads otherwise after Rewind");
+  return 0;
+}

@@ -1,0 +1,76 @@
+// The metadata document: an accepted one exports to a fixed point of
+// export, read, export; a rejected one is the empty container.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "dmcommon/fields/dmfield.h"
+#include "dmcommon/metadata/dmmetadata.h"
+#include "fuzz/fuzz_support.h"
+
+namespace {
+
+constexpr char kTarget[] = "metadata";
+
+using Storage = DMField::StorageType;
+using GroupType = DMMetaData::GroupType;
+
+void RequireEmpty(const DMMetaData& metadata) {
+  dmfuzz::Require(metadata.FieldCount() == 0, kTarget, "rejected container has fields");
+  dmfuzz::Require(metadata.GetSharedFormat(0u) == nullptr, kTarget,
+                  "rejected container has shared formats");
+  for (Storage storage : {Storage::Unknown, Storage::Integer, Storage::Real, Storage::String,
+                          Storage::Date, Storage::Time, Storage::Timestamp}) {
+    dmfuzz::Require(metadata.GetDefaultFormat(storage) == nullptr, kTarget,
+                    "rejected container has a default format");
+  }
+  for (GroupType type : {GroupType::FieldGroup, GroupType::MultiCategorySet,
+                         GroupType::MultiDichotomySet, GroupType::SplitGroup}) {
+    dmfuzz::Require(metadata.FindFieldGroup(type, 0, "") == -1, kTarget,
+                    "rejected container has field groups");
+  }
+  double badWeight = 0;
+  double weightedDropped = 0;
+  metadata.GetDroppedDetails(badWeight, weightedDropped);
+  dmfuzz::Require(metadata.GetRecordCount(false) == -1 && metadata.GetRecordCount(true) == -1 &&
+                      metadata.GetDroppedCount() == -1 && badWeight == -1 && weightedDropped == -1,
+                  kTarget, "rejected container has record counts");
+  dmfuzz::Require(metadata.getDatasetSummaries() == nullptr, kTarget,
+                  "rejected container has dataset summaries");
+  dmfuzz::Require(metadata.IsCaseSensitive(), kTarget, "case-folding appeared from nowhere");
+  std::string xml = "untouched";
+  dmfuzz::Require(!metadata.ExportXMLDoc(xml) && xml == "untouched", kTarget,
+                  "the empty container exported");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const DMMetaData metadata(dmfuzz::AsText(data, size), nullptr);
+  // Fields are required, so a container without them is a rejected
+  // document, which must leave nothing behind.
+  if (metadata.FieldCount() == 0) {
+    RequireEmpty(metadata);
+    return 0;
+  }
+
+  std::string first;
+  if (!metadata.ExportXMLDoc(first)) return 0;
+
+  const DMMetaData copy(metadata);
+  std::string copied;
+  dmfuzz::Require(copy.ExportXMLDoc(copied) && copied == first, kTarget,
+                  "a copy exports other text:\n" + first + "\n" + copied);
+
+  const DMMetaData reread(first, nullptr);
+  dmfuzz::Require(reread.FieldCount() == metadata.FieldCount(), kTarget,
+                  "the export reads back with another field count:\n" + first);
+  std::string second;
+  dmfuzz::Require(reread.ExportXMLDoc(second), kTarget,
+                  "the export reads back as a container that does not export:\n" + first);
+  dmfuzz::Require(second == first, kTarget,
+                  "export, read, export is no fixed point:\n" + first + "\n" + second);
+  return 0;
+}

@@ -2,7 +2,8 @@
 # The project's test command. Installs the build dependencies, then builds and
 # tests twice:
 #   build/ci-normal  RelWithDebInfo with libstdc++ assertions, warnings as
-#                    errors; the whole suite, packaging tests included.
+#                    errors; the whole suite, packaging tests included, then
+#                    the suite again under the de_DE.UTF-8 locale.
 #   build/ci-asan    Debug with AddressSanitizer (leaks included) and
 #                    UndefinedBehaviorSanitizer, warnings as errors; the whole
 #                    suite except the packaging tests.
@@ -58,6 +59,11 @@ if phase "normal: build" configure_and_build build/ci-normal \
     -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     "-DCMAKE_CXX_FLAGS=-D_GLIBCXX_ASSERTIONS"; then
   phase "normal: test" run_tests build/ci-normal
+  # Once more with a decimal comma in the process locale, which must change
+  # nothing the library writes or reads.
+  phase "normal: test, de_DE" env DMCOMMON_TEST_LOCALE=de_DE.UTF-8 \
+    ctest --test-dir build/ci-normal --output-on-failure --parallel "$jobs" --timeout 600 \
+    --label-exclude packaging
 fi
 
 sanitize="-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=all"

@@ -1,11 +1,12 @@
 #include "dmcommon/formats/dmformatutils.h"
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <utility>
@@ -325,10 +326,33 @@ double TenToTheMinus(long long exponent) {
   return std::pow(10.0, -static_cast<double>(exponent));
 }
 
-// The length snprintf reports, kept inside the buffer. The bounds on width
-// and decimals mean it always is; the clamp only keeps a broken C library
-// from turning into a read past the buffer.
-int Printed(int length) { return std::clamp(length, 0, kPrintBufferSize - 1); }
+// printf's "%*.*f" (fixed) or "%*.*E" (scientific) into `buffer`, returning
+// the length. std::to_chars writes what printf writes in the C locale, so a
+// decimal comma of the process locale never appears, and it is faster. The
+// bounds on width and decimals keep every text inside the buffer; a text that
+// still would not fit gives the empty one.
+int PrintRightAligned(char (&buffer)[kPrintBufferSize], int width, int precision, double value,
+                      std::chars_format format) {
+  char digits[kPrintBufferSize];
+  const auto [end, error] =
+      std::to_chars(digits, digits + sizeof(digits), value, format, precision);
+  const auto length = static_cast<int>(end - digits);
+  const int padding = std::max(width - length, 0);
+  if (error != std::errc() || padding + length >= kPrintBufferSize) {
+    buffer[0] = '\0';
+    return 0;
+  }
+  if (format == std::chars_format::scientific) {
+    // printf's %E: "1.5E+05", "INF", "NAN".
+    for (char* c = digits; c != end; ++c) {
+      if (*c >= 'a' && *c <= 'z') *c = static_cast<char>(*c - 'a' + 'A');
+    }
+  }
+  std::memset(buffer, ' ', static_cast<std::size_t>(padding));
+  std::memcpy(buffer + padding, digits, static_cast<std::size_t>(length));
+  buffer[padding + length] = '\0';
+  return padding + length;
+}
 
 // EncodeStandard into a caller's buffer, so that the rendering path needs no
 // allocation: returns the length of the text, or -1 for a width above the
@@ -353,19 +377,19 @@ int EncodeInto(double value, int width, int decimals, char (&buffer)[kPrintBuffe
     if (places >= 0) {
       const int precision = static_cast<int>(places);
       const int length =
-          Printed(std::snprintf(buffer, sizeof(buffer), "%*.*f", width, precision, value));
+          PrintRightAligned(buffer, width, precision, value, std::chars_format::fixed);
       if (length <= width) return length;
       // The room test does not count the leading zero of a value below 1;
       // one decimal fewer always fits, and is taken as it comes.
       if (precision > 0) {
-        return Printed(std::snprintf(buffer, sizeof(buffer), "%*.*f", width, precision - 1, value));
+        return PrintRightAligned(buffer, width, precision - 1, value, std::chars_format::fixed);
       }
     }
   }
   const long long digits = width - neg - kExponentOverhead;
   if (digits >= 0) {
-    return Printed(
-        std::snprintf(buffer, sizeof(buffer), "%*.*E", width, static_cast<int>(digits), value));
+    return PrintRightAligned(buffer, width, static_cast<int>(digits), value,
+                             std::chars_format::scientific);
   }
   buffer[0] = '*';
   buffer[1] = '\0';

@@ -29,10 +29,35 @@ ArgumentList CloneAll(const ArgumentList& arguments) {
   return copies;
 }
 
+// Arguments nest through recursion, so a document nesting them without end
+// would exhaust the stack; no real message comes near this depth.
+constexpr int kMaxArgumentNesting = 256;
+
+// Counts the argument lists being read on this thread.
+class NestingGuard {
+ public:
+  NestingGuard() {
+    if (++depth_ > kMaxArgumentNesting) {
+      --depth_;
+      throw DMPrintable::FailExcp();
+    }
+  }
+  ~NestingGuard() { --depth_; }
+  NestingGuard(const NestingGuard&) = delete;
+  NestingGuard& operator=(const NestingGuard&) = delete;
+
+ private:
+  static thread_local int depth_;
+};
+
+thread_local int NestingGuard::depth_ = 0;
+
 // Every direct child element of `element` read as a printable, in document
-// order. Throws `DMPrintable::FailExcp` for a child that is no printable or a
-// walk that fails; what was read is released on the way out.
+// order. Throws `DMPrintable::FailExcp` for a child that is no printable, a
+// walk that fails or arguments nested too deeply; what was read is released
+// on the way out.
 ArgumentList ReadArguments(const DMXMLWrapper& element) {
+  const NestingGuard nesting;
   // Iterators come from a non-const handle; a local view of the same element
   // owns them and releases them on return.
   DMXMLWrapper view(element.getElement());

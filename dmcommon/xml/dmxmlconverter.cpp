@@ -40,6 +40,26 @@ std::size_t SlotOf(const char* name) {
   return static_cast<std::size_t>((address * 0x9E3779B97F4A7C15ULL) >> 57);
 }
 
+// The UTF-8 size of `length` units of UTF-16: exact for well-formed text, and
+// room for a three-byte replacement character for each unpaired surrogate.
+// Sizing the result exactly matters for long texts, which would otherwise
+// hold up to three times their size until they are released.
+std::size_t Utf8Bound(const char16_t* text, std::size_t length) {
+  std::size_t bytes = 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    const char16_t unit = text[i];
+    const bool pair = unit >= 0xD800 && unit < 0xDC00 && i + 1 < length && text[i + 1] >= 0xDC00 &&
+                      text[i + 1] < 0xE000;
+    if (pair) {
+      bytes += 4;
+      ++i;
+    } else {
+      bytes += unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
+    }
+  }
+  return bytes;
+}
+
 }  // namespace
 
 const char16_t* WideName(const char* utf8) {
@@ -69,9 +89,7 @@ bool ToUtf8(const char16_t* utf16, std::string& out) {
   while (utf16[ascii] != 0 && utf16[ascii] < 0x80) ++ascii;
   const char16_t* next = utf16 + ascii;
   XMLSize_t remaining = ClampLength(std::char_traits<char16_t>::length(next));
-  // A UTF-16 unit never takes more than three UTF-8 bytes (a surrogate pair,
-  // two units, takes four), so one pass fills a buffer of this size.
-  out.resize(ascii + static_cast<std::size_t>(remaining) * 3);
+  out.resize(ascii + Utf8Bound(next, remaining));
   for (std::size_t i = 0; i < ascii; ++i) out[i] = static_cast<char>(utf16[i]);
   std::size_t written = ascii;
   bool whole = true;

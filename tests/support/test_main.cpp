@@ -1,3 +1,7 @@
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 
 #include "dmcommon/xml/dmxmlwrapper.h"
@@ -14,6 +18,14 @@ class XmlEnvironment : public ::testing::Environment {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // The suite runs a second time under a locale with a decimal comma, which
+  // the library must neither write nor be misled by when reading.
+  if (const char* locale = std::getenv("DMCOMMON_TEST_LOCALE"); locale != nullptr) {
+    if (std::setlocale(LC_ALL, locale) == nullptr) {
+      std::fprintf(stderr, "the locale %s is not available on this machine\n", locale);
+      return 1;
+    }
+  }
   ::testing::InitGoogleTest(&argc, argv);
   ::testing::AddGlobalTestEnvironment(new XmlEnvironment);
   return RUN_ALL_TESTS();

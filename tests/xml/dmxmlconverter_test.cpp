@@ -1,5 +1,6 @@
 #include "dmcommon/xml/dmxmlconverter.h"
 
+#include <cstdio>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -74,6 +75,56 @@ TEST(DMXMLConverterTest, StopsAtAnUnpairedSurrogateAtTheEnd) {
   const DMXMLConverter converter(u"ab\xD800");
   EXPECT_FALSE(converter.isValid());
   EXPECT_STREQ(static_cast<const char*>(converter), "ab");
+}
+
+}  // namespace
+
+namespace {
+
+std::string Hex(const std::string& text) {
+  std::string hex;
+  char buffer[4];
+  for (const char c : text) {
+    std::snprintf(buffer, sizeof buffer, "%02X", static_cast<unsigned char>(c));
+    hex += buffer;
+  }
+  return hex;
+}
+
+// Unpaired surrogates inside a text: the transcoder pairs a high one with
+// whatever follows and writes a low one on its own. The result must still
+// come out whole, within the room the converter sets aside for it.
+TEST(DMXMLConverterTest, ConvertsUnpairedSurrogatesInsideATextWhole) {
+  const struct {
+    const char16_t* text;
+    const char* hex;
+  } kCases[] = {
+      {u"a\xD800"
+       u"b",
+       "61E291A2"},
+      {u"a\xDC00"
+       u"b",
+       "61EDB08062"},
+      {u"\xDC00\xD800"
+       u"b",
+       "EDB080E291A2"},
+      {u"\xDBFF"
+       u"b\u00E9",
+       "F48281A2C3A9"},
+  };
+  for (const auto& c : kCases) {
+    const DMXMLConverter converter(c.text);
+    EXPECT_TRUE(converter.isValid()) << c.hex;
+    EXPECT_EQ(Hex(static_cast<const char*>(converter)), c.hex);
+  }
+}
+
+TEST(DMXMLConverterTest, ConvertsEveryUtf8LengthAtItsBoundaries) {
+  EXPECT_EQ(Hex(Narrow(u"\u007F\u0080\u07FF\u0800\uFFFF")), "7FC280DFBFE0A080EFBFBF");
+  // Plain ASCII after a wider character goes through the transcoder too.
+  EXPECT_EQ(Narrow(u"\u00E9abc"),
+            "\xC3\xA9"
+            "abc");
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ packages=(
   libcsv-dev
   python3
   locales
+  valgrind
 )
 
 # The locale the suite is run under a second time.

@@ -3,7 +3,8 @@
 # tests twice:
 #   build/ci-normal  RelWithDebInfo with libstdc++ assertions, warnings as
 #                    errors; the whole suite, packaging tests included, then
-#                    the suite again under the de_DE.UTF-8 locale.
+#                    the suite again under the de_DE.UTF-8 locale, then every
+#                    GoogleTest suite under valgrind's memcheck.
 #   build/ci-asan    Debug with AddressSanitizer (leaks included) and
 #                    UndefinedBehaviorSanitizer, warnings as errors; the whole
 #                    suite except the packaging tests.
@@ -64,6 +65,7 @@ if phase "normal: build" configure_and_build build/ci-normal \
   phase "normal: test, de_DE" env DMCOMMON_TEST_LOCALE=de_DE.UTF-8 \
     ctest --test-dir build/ci-normal --output-on-failure --parallel "$jobs" --timeout 600 \
     --label-exclude packaging
+  phase "normal: valgrind" scripts/valgrind.sh build/ci-normal
 fi
 
 sanitize="-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=all"

@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <memory>
+#include <ostream>
 #include <set>
 #include <string>
 #include <utility>
@@ -294,6 +295,10 @@ struct EnvelopeReadCase {
   bool set[4];
   double values[4];
 };
+
+// Rows print as their documents: gtest would otherwise dump their bytes,
+// padding included, into the test names.
+void PrintTo(const EnvelopeReadCase& row, std::ostream* out) { *out << row.document; }
 
 class DMGeoEnvelopeReadTest : public dmtest::XmlTest,
                               public ::testing::WithParamInterface<EnvelopeReadCase> {};
@@ -700,6 +705,8 @@ struct GeoReadCase {
   const char* flags;
   bool hasEnvelope;
 };
+
+void PrintTo(const GeoReadCase& row, std::ostream* out) { *out << row.document; }
 
 class DMGeoReadTest : public dmtest::XmlTest, public ::testing::WithParamInterface<GeoReadCase> {};
 

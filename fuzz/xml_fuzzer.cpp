@@ -104,11 +104,42 @@ std::string NameOf(const DMXMLWrapper& handle) {
   return name;
 }
 
+void RequireRefusedEverywhere(const DMXMLWrapper& handle, const char* key) {
+  int present = -1;
+  Require(handle.hasAttribute(key, &present) == DM_XML_FAILED && present == 0,
+          "hasAttribute accepts a name getAttribute refuses");
+  char small[kSmallBuffer] = {};
+  std::size_t needed = 0;
+  Require(handle.getAttribute(key, small, sizeof(small), &needed) == DM_XML_FAILED,
+          "the buffer form accepts a name the string form refuses");
+  int asInt = -1;
+  long long asLong = -1;
+  double asDouble = -1;
+  bool found = true;
+  int special = 42;
+  Require(handle.getAttribute(key, asInt, found) == DM_XML_FAILED && asInt == 0 && !found,
+          "the int form accepts a name the string form refuses");
+  found = true;
+  Require(handle.getAttribute(key, asLong, found) == DM_XML_FAILED && asLong == 0 && !found,
+          "the long form accepts a name the string form refuses");
+  found = true;
+  Require(handle.getAttribute(key, asDouble, found, special) == DM_XML_FAILED && asDouble == 0 &&
+              !found,
+          "the double form accepts a name the string form refuses");
+}
+
 void CheckAttribute(const DMXMLWrapper& handle, const std::string& name) {
   const char* key = name.c_str();
   std::string value = "stale";
   bool found = true;
-  Require(handle.getAttribute(key, value, found) == DM_XML_OK, "getAttribute failed");
+  const int asked = handle.getAttribute(key, value, found);
+  if (asked != DM_XML_OK) {
+    // A name that cannot be a name in the DOM (not UTF-8) is refused alike
+    // by every form.
+    Require(asked == DM_XML_FAILED && !found && value.empty(), "getAttribute failed oddly");
+    RequireRefusedEverywhere(handle, key);
+    return;
+  }
   Require(found || value.empty(), "an absent attribute has a value");
 
   int present = -1;

@@ -18,6 +18,8 @@ packages=(
   python3
   locales
   valgrind
+  clang
+  libclang-rt-14-dev
 )
 
 # The locale the suite is run under a second time.

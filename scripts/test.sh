@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The project's test command. Installs the build dependencies, then builds and
-# tests twice:
+# tests twice, then fuzzes:
 #   build/ci-normal  RelWithDebInfo with libstdc++ assertions, warnings as
 #                    errors; the whole suite, packaging tests included, then
 #                    the suite again under the de_DE.UTF-8 locale, then every
@@ -8,6 +8,8 @@
 #   build/ci-asan    Debug with AddressSanitizer (leaks included) and
 #                    UndefinedBehaviorSanitizer, warnings as errors; the whole
 #                    suite except the packaging tests.
+#   build/fuzz       clang with libFuzzer: each fuzz target for a bounded
+#                    time (scripts/fuzz.sh; FUZZ_SECONDS per target).
 # Every phase runs even when an earlier one failed (a failed build skips only
 # its own tests); the exit status is non-zero when any phase failed.
 #
@@ -82,6 +84,8 @@ if phase "asan: build" configure_and_build build/ci-asan \
     -DDMCOMMON_BUILD_BENCHMARKS=OFF; then
   phase "asan: test" run_tests build/ci-asan
 fi
+
+phase "fuzz" scripts/fuzz.sh
 
 echo
 echo "=== wall times"

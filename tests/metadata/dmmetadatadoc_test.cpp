@@ -108,6 +108,33 @@ constexpr char kFullBody[] =
     R"(includeUMissing="true"/></DatasetSummaries>)"
     R"(</DataModel>)";
 
+// The five record counts of a container.
+struct Counts {
+  double unweighted;
+  double weighted;
+  double dropped;
+  double badWeight;
+  double weightedDropped;
+};
+
+void ExpectCounts(const DMMetaData& metadata, const Counts& expected) {
+  EXPECT_EQ(metadata.GetRecordCount(false), expected.unweighted);
+  EXPECT_EQ(metadata.GetRecordCount(true), expected.weighted);
+  EXPECT_EQ(metadata.GetDroppedCount(), expected.dropped);
+  double badWeight = 0;
+  double weightedDropped = 0;
+  metadata.GetDroppedDetails(badWeight, weightedDropped);
+  EXPECT_EQ(badWeight, expected.badWeight);
+  EXPECT_EQ(weightedDropped, expected.weightedDropped);
+}
+
+// The summaries of `kSummaries`, read back.
+void ExpectSummariesOf(const DMMetaData& metadata) {
+  ASSERT_NE(metadata.getDatasetSummaries(), nullptr);
+  ASSERT_NE(metadata.getDatasetSummaries()->getOverallSummaries(), nullptr);
+  EXPECT_FALSE(metadata.getDatasetSummaries()->getOverallSummaries()->getCurrent());
+}
+
 // The group writer.
 
 TEST(DMMetaDataDocTest, GroupWritesTypeNameLabelAndMembers) {
@@ -196,16 +223,8 @@ TEST(DMMetaDataDocTest, ExportReadExportGivesTheSameTextAndModel) {
   EXPECT_EQ(members, (std::vector<std::string>{"age", "name"}));
   EXPECT_EQ(label, "A set");
   EXPECT_EQ(counted, "1");
-  EXPECT_EQ(read.GetRecordCount(false), 100);
-  EXPECT_EQ(read.GetRecordCount(true), 98.5);
-  EXPECT_EQ(read.GetDroppedCount(), 3);
-  double badWeight = 0;
-  double weightedDropped = 0;
-  read.GetDroppedDetails(badWeight, weightedDropped);
-  EXPECT_EQ(badWeight, 2);
-  EXPECT_EQ(weightedDropped, 1.5);
-  ASSERT_NE(read.getDatasetSummaries(), nullptr);
-  EXPECT_FALSE(read.getDatasetSummaries()->getOverallSummaries()->getCurrent());
+  ExpectCounts(read, {100, 98.5, 3, 2, 1.5});
+  ExpectSummariesOf(read);
 }
 
 constexpr Storage kStorages[] = {Storage::Unknown,  Storage::Integer, Storage::Real,
@@ -330,17 +349,9 @@ TEST(DMMetaDataDocTest, ACompleteDocumentRoundTripsToTheSameTextAndEqualObjects)
     EXPECT_EQ(label[0], label[1]);
     EXPECT_EQ(counted[0], counted[1]);
   }
-  EXPECT_EQ(read.GetRecordCount(false), 1000);
-  EXPECT_EQ(read.GetRecordCount(true), 987.5);
-  EXPECT_EQ(read.GetDroppedCount(), 12);
-  double badWeight = 0;
-  double weightedDropped = 0;
-  read.GetDroppedDetails(badWeight, weightedDropped);
-  EXPECT_EQ(badWeight, 4);
-  EXPECT_EQ(weightedDropped, 3.25);
+  ExpectCounts(read, {1000, 987.5, 12, 4, 3.25});
   EXPECT_FALSE(read.IsCaseSensitive());
-  ASSERT_NE(read.getDatasetSummaries(), nullptr);
-  EXPECT_FALSE(read.getDatasetSummaries()->getOverallSummaries()->getCurrent());
+  ExpectSummariesOf(read);
 }
 
 TEST(DMMetaDataDocTest, CallbackComesFromTheCallerNotTheDocument) {

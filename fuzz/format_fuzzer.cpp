@@ -53,7 +53,8 @@ std::vector<DMDatum> Values(const uint8_t* data, size_t size) {
   if (size >= sizeof(steered)) {
     std::memcpy(&steered, data + size - sizeof(steered), sizeof(steered));
     values.emplace_back(steered);
-    values.emplace_back(static_cast<long long>(steered == steered ? std::fmod(steered, 1e18) : 0));
+    values.emplace_back(std::isfinite(steered) ? static_cast<long long>(std::fmod(steered, 1e18))
+                                               : 0LL);
   }
   return values;
 }

@@ -38,7 +38,36 @@ constexpr Storage kStorages[] = {
     Storage::Unknown, Storage::String, static_cast<Storage>(9), Storage::Real,
 };
 
+// Beyond its buffers, the iterator may allocate fixed sizes (pieces of a text
+// whose length lies); nothing larger may be sized from the file's contents.
+constexpr std::size_t kFixedAllocationBound = std::size_t{1} << 20;
+
 void Require(bool holds, const std::string& what) { dmfuzz::Require(holds, kTarget, what); }
+
+// The largest allocation while `tracking`, seen through the sanitizers'
+// allocation hook; without a sanitizer runtime nothing is measured.
+bool tracking = false;
+std::size_t largest = 0;
+
+void OnAllocation(const volatile void* /*pointer*/, std::size_t size) {
+  if (tracking && size > largest) largest = size;
+}
+
+void OnFree(const volatile void* /*pointer*/) {}
+
+}  // namespace
+
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*malloc_hook)(const volatile void*,
+                                                                             std::size_t),
+                                                         void (*free_hook)(const volatile void*))
+    __attribute__((weak));
+
+namespace {
+
+const bool kHooked = [] {
+  return __sanitizer_install_malloc_and_free_hooks != nullptr &&
+         __sanitizer_install_malloc_and_free_hooks(&OnAllocation, &OnFree) != 0;
+}();
 
 }  // namespace
 
@@ -72,6 +101,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const unsigned long bound =
       std::max<unsigned long>(kTextBufferSize, static_cast<unsigned long>(fileSize) + 1);
 
+  largest = 0;
+  tracking = true;
   int first = -1;
   int result = kRecordRead;
   // Each record takes at least its flag byte, so a file of n bytes holds at
@@ -115,6 +146,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         Require(length == kNumericSize, "a number of another size than 8");
       }
     }
+  }
+
+  tracking = false;
+  if (kHooked) {
+    Require(largest <= std::max<std::size_t>(kFixedAllocationBound, file.size() + 1),
+            "an allocation of " + std::to_string(largest) + " bytes for a file of " +
+                std::to_string(fileSize));
   }
 
   // Reading again from the start gives the same first result.

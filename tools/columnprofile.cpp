@@ -21,6 +21,41 @@ DMContStatsDbl ToRealStats(const DMContStatsInt& stats) {
   return DMContStatsDbl(*element);
 }
 
+// `stats` with the exact extrema `min` and `max`. Pooling keeps the exact
+// extrema of the receiving side by contract; the only way to give the pooled
+// statistics the extrema of both is through their XML form, which keeps 15
+// significant digits of the sums, as the written document does.
+DMContStatsInt WithExactExtrema(const DMContStatsInt& stats, long long min, long long max) {
+  namespace Attributes = DmCppHelperV1::XMLAttributes;
+  DmExtension::DMXMLWrapper document;
+  document.createNew(DmCppHelperV1::XMLElements::DataModel);
+  DmExtension::DMXMLWrapper* element = nullptr;
+  stats.AddToTree(document, element);
+  if (element == nullptr) return stats;
+  // Either attribute may be absent; removing a missing one changes nothing.
+  static_cast<void>(element->removeAttribute(Attributes::ExactMinimum));
+  static_cast<void>(element->removeAttribute(Attributes::ExactMaximum));
+  if (element->addAttribute(Attributes::ExactMinimum, min) != DmExtension::DM_XML_OK ||
+      element->addAttribute(Attributes::ExactMaximum, max) != DmExtension::DM_XML_OK) {
+    return stats;
+  }
+  return DMContStatsInt(*element);
+}
+
+// Integer statistics pooled from `earlier` and `later`.
+DMContStatsInt PoolIntegers(const DMContStatsInt& earlier, const DMContStatsInt& later) {
+  if (later.GetSumFreqWeights() == 0.0) return earlier;
+  if (earlier.GetSumFreqWeights() == 0.0) return later;
+  DMContStatsInt pooled(earlier);
+  pooled.Pool(later);
+  const auto [earlierMin, earlierMax] = earlier.GetExactExtrema();
+  const auto [laterMin, laterMax] = later.GetExactExtrema();
+  const long long min = std::min(earlierMin, laterMin);
+  const long long max = std::max(earlierMax, laterMax);
+  if (min == earlierMin && max == earlierMax) return pooled;
+  return WithExactExtrema(pooled, min, max);
+}
+
 }  // namespace
 
 CategoryCounter::CategoryCounter(std::size_t capacity) : capacity_(capacity) {}
@@ -44,6 +79,26 @@ std::vector<std::pair<std::string_view, long long>> CategoryCounter::Sorted() co
   for (std::size_t i = 0; i < counts_.size(); ++i) sorted.emplace_back(texts_[i], counts_[i]);
   std::sort(sorted.begin(), sorted.end());
   return sorted;
+}
+
+void CategoryCounter::Merge(const CategoryCounter& other) {
+  if (overflowed_) return;
+  if (other.overflowed_) {
+    overflowed_ = true;
+    index_ = {};
+    counts_ = {};
+    texts_ = {};
+    return;
+  }
+  for (std::size_t i = 0; i < other.counts_.size() && !overflowed_; ++i) {
+    const std::string& text = other.texts_[i];
+    if (const auto it = index_.find(text); it != index_.end()) {
+      counts_[it->second] += other.counts_[i];
+      continue;
+    }
+    Insert(text);
+    if (!overflowed_) counts_.back() = other.counts_[i];
+  }
 }
 
 ColumnProfile::ColumnProfile(std::size_t maxCategories)
@@ -147,6 +202,60 @@ void ColumnProfile::AddNumber(double value) {
     valueCounts_[distinct_] = 1;
   }
   ++distinct_;
+}
+
+void ColumnProfile::Merge(ColumnProfile&& later) {
+  valid_ += later.valid_;
+  missing_ += later.missing_;
+  maxLength_ = std::max(maxLength_, later.maxLength_);
+  decimals_ = std::max(decimals_, later.decimals_);
+  texts_.Merge(later.texts_);
+  if (later.kind_ == ColumnKind::kEmpty) return;
+  if (kind_ == ColumnKind::kEmpty) {
+    kind_ = later.kind_;
+    integerStats_ = std::move(later.integerStats_);
+    realStats_ = std::move(later.realStats_);
+    distinct_ = later.distinct_;
+    std::copy(std::begin(later.values_), std::end(later.values_), std::begin(values_));
+    std::copy(std::begin(later.valueCounts_), std::end(later.valueCounts_),
+              std::begin(valueCounts_));
+    return;
+  }
+  // Read one by one, a cell of another kind turns the column into text,
+  // except that integers and reals meet in reals.
+  const auto numeric = [](ColumnKind kind) {
+    return kind == ColumnKind::kInteger || kind == ColumnKind::kReal;
+  };
+  if (kind_ == ColumnKind::kString || later.kind_ == ColumnKind::kString ||
+      (kind_ != later.kind_ && !(numeric(kind_) && numeric(later.kind_)))) {
+    return BecomeString();
+  }
+  if (kind_ == ColumnKind::kInteger && later.kind_ == ColumnKind::kInteger) {
+    integerStats_ = PoolIntegers(integerStats_, later.integerStats_);
+  } else {
+    if (kind_ == ColumnKind::kInteger) {
+      realStats_ = ToRealStats(integerStats_);
+      integerStats_ = DMContStatsInt();
+      kind_ = ColumnKind::kReal;
+    }
+    realStats_.Pool(later.kind_ == ColumnKind::kInteger ? ToRealStats(later.integerStats_)
+                                                        : later.realStats_);
+  }
+  // The distinct values of the later part, in the order they were met.
+  for (int i = 0; i < later.distinct_ && i < 2 && distinct_ <= 2; ++i) {
+    int at = 0;
+    while (at < distinct_ && values_[at] != later.values_[i]) ++at;
+    if (at < distinct_) {
+      valueCounts_[at] += later.valueCounts_[i];
+    } else {
+      if (distinct_ < 2) {
+        values_[distinct_] = later.values_[i];
+        valueCounts_[distinct_] = later.valueCounts_[i];
+      }
+      ++distinct_;
+    }
+  }
+  if (later.distinct_ > 2) distinct_ = 3;
 }
 
 void ColumnProfile::BecomeString() {

@@ -45,6 +45,10 @@ class CategoryCounter {
   std::size_t Size() const { return counts_.size(); }
   /// The texts with their counts, in byte-wise ascending order of the texts.
   std::vector<std::pair<std::string_view, long long>> Sorted() const;
+  /// Adds the counts of `other`, as if its texts had been added here: the
+  /// result overflows when either did or when together they have more than
+  /// `capacity` distinct texts.
+  void Merge(const CategoryCounter& other);
 
  private:
   void Insert(std::string_view text);
@@ -80,6 +84,12 @@ class ColumnProfile {
 
   /// Takes one cell; the empty cell counts as missing.
   void Add(std::string_view cell);
+  /// Takes the profile of the cells that follow this profile's in the same
+  /// column, as if they had been added here one by one: counts, kind, lengths
+  /// and categories come out the same; the statistics are pooled with `Pool`,
+  /// which equals adding the values one by one up to the rounding of means
+  /// and variances. Both must have the same category cap.
+  void Merge(ColumnProfile&& later);
 
   ColumnKind Kind() const { return kind_; }
   long long Valid() const { return valid_; }

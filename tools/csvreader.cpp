@@ -3,10 +3,12 @@
 #include <csv.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include "cellparse.h"
@@ -119,7 +121,13 @@ class ProgressBar {
 
 }  // namespace
 
-CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgress) {
+namespace {
+
+// Reads bytes [begin, end) of the file at `path` (to its end for a negative
+// `end`). Without `header` the first row is the header; with it, `header`
+// names the columns and every row is data.
+CsvResult ReadPart(const std::string& path, long long begin, long long end,
+                   const std::vector<std::string>* header, CsvHandler& handler, bool showProgress) {
   CsvResult result;
   std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
   struct stat info {};
@@ -131,6 +139,11 @@ CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgres
   if (S_ISDIR(info.st_mode)) {
     result.exitCode = kExitUsage;
     result.error = "cannot read " + path + ": it is a directory";
+    return result;
+  }
+  if (begin > 0 && fseeko(file.get(), static_cast<off_t>(begin), SEEK_SET) != 0) {
+    result.exitCode = kExitUsage;
+    result.error = "cannot read " + path + ": " + std::strerror(errno);
     return result;
   }
 
@@ -145,12 +158,19 @@ CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgres
 
   ReadState state;
   state.handler = &handler;
+  if (header != nullptr) {
+    state.header = *header;
+    state.inHeader = false;
+    handler.OnHeader(state.header);
+  }
   ProgressBar progress(showProgress, static_cast<long long>(info.st_size));
   std::vector<char> buffer(kChunkSize);
   long long done = 0;
+  long long left = end < 0 ? -1 : end - begin;
   bool any = false;
-  while (state.error.empty()) {
-    const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), file.get());
+  while (state.error.empty() && left != 0) {
+    const std::size_t want = left < 0 ? buffer.size() : std::min<std::size_t>(buffer.size(), left);
+    const std::size_t got = std::fread(buffer.data(), 1, want, file.get());
     if (got == 0) break;
     any = true;
     if (csv_parse(parser.get(), buffer.data(), got, OnField, OnRow, &state) != got &&
@@ -159,6 +179,7 @@ CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgres
                     csv_strerror(csv_error(parser.get()));
     }
     done += static_cast<long long>(got);
+    if (left > 0) left -= static_cast<long long>(got);
     progress.Update(done);
   }
   if (std::ferror(file.get())) {
@@ -169,7 +190,7 @@ CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgres
   if (state.error.empty() && csv_fini(parser.get(), OnField, OnRow, &state) != 0) {
     state.error = RowName(state.dataRows + 1) + ": " + csv_strerror(csv_error(parser.get()));
   }
-  if (state.error.empty() && (!any || state.inHeader)) {
+  if (state.error.empty() && header == nullptr && (!any || state.inHeader)) {
     state.error = "the file is empty: there is no header row naming the columns";
   }
   result.dataRows = state.dataRows;
@@ -178,6 +199,126 @@ CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgres
     result.error = path + ": " + state.error;
   }
   return result;
+}
+
+// Keeps the header row's names and refuses any data row.
+class HeaderReader : public CsvHandler {
+ public:
+  void OnHeader(const std::vector<std::string>& names) override { names_ = names; }
+  void OnCell(std::size_t /*column*/, std::string_view /*cell*/) override { data_ = true; }
+
+  std::vector<std::string> names_;
+  bool data_ = false;
+};
+
+// Reads bytes [begin, end) of `file` to the end of the range or of the file.
+// Calls `visit(block, size)` for each piece; false on a read error.
+template <typename Visit>
+bool ReadBytes(std::FILE* file, long long begin, long long end, Visit visit) {
+  if (fseeko(file, static_cast<off_t>(begin), SEEK_SET) != 0) return false;
+  std::vector<char> buffer(kChunkSize);
+  long long left = end - begin;
+  while (left > 0) {
+    const std::size_t got =
+        std::fread(buffer.data(), 1, std::min<std::size_t>(buffer.size(), left), file);
+    if (got == 0) return std::ferror(file) == 0;
+    if (!visit(buffer.data(), got)) return true;
+    left -= static_cast<long long>(got);
+  }
+  return true;
+}
+
+// The number of quote characters in bytes [begin, end) of the file at
+// `path`, or -1 when it cannot be read.
+long long CountQuotes(const std::string& path, long long begin, long long end) {
+  std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+  if (!file) return -1;
+  long long quotes = 0;
+  const bool read =
+      ReadBytes(file.get(), begin, end, [&quotes](const char* data, std::size_t size) {
+        quotes += std::count(data, data + size, '"');
+        return true;
+      });
+  return read ? quotes : -1;
+}
+
+// The offset after the first line feed at or after `from` (and before `end`)
+// that an even number of quotes precede, counting `quotes` before `from`;
+// -1 when there is none.
+long long RowEnd(std::FILE* file, long long from, long long end, long long quotes) {
+  long long at = from;
+  long long found = -1;
+  bool odd = (quotes & 1) != 0;
+  const bool read = ReadBytes(file, from, end, [&](const char* data, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i) {
+      if (data[i] == '"') {
+        odd = !odd;
+      } else if (data[i] == '\n' && !odd) {
+        found = at + static_cast<long long>(i) + 1;
+        return false;
+      }
+    }
+    at += static_cast<long long>(size);
+    return true;
+  });
+  return read ? found : -1;
+}
+
+}  // namespace
+
+CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgress) {
+  return ReadPart(path, 0, -1, nullptr, handler, showProgress);
+}
+
+CsvResult ReadCsvRows(const std::string& path, long long begin, long long end,
+                      const std::vector<std::string>& header, CsvHandler& handler) {
+  return ReadPart(path, begin, end, &header, handler, false);
+}
+
+bool SplitCsv(const std::string& path, std::size_t parts, CsvSplit& split) {
+  std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+  struct stat info {};
+  if (!file || fstat(fileno(file.get()), &info) != 0 || !S_ISREG(info.st_mode) || parts == 0) {
+    return false;
+  }
+  const long long size = info.st_size;
+  const long long headerEnd = RowEnd(file.get(), 0, size, 0);
+  if (headerEnd <= 0) return false;
+  HeaderReader header;
+  if (ReadPart(path, 0, headerEnd, nullptr, header, false).exitCode != kExitOk || header.data_ ||
+      header.names_.empty()) {
+    return false;
+  }
+
+  // The quotes of each slice, counted at once; a cut then needs only the
+  // parity of the quotes before its slice.
+  std::vector<long long> starts;
+  for (std::size_t i = 0; i < parts; ++i) {
+    starts.push_back(headerEnd + (size - headerEnd) * static_cast<long long>(i) /
+                                     static_cast<long long>(parts));
+  }
+  starts.push_back(size);
+  std::vector<long long> quotes(parts, 0);
+  std::vector<std::thread> counters;
+  for (std::size_t i = 1; i < parts; ++i) {
+    counters.emplace_back(
+        [&path, &starts, &quotes, i] { quotes[i] = CountQuotes(path, starts[i], starts[i + 1]); });
+  }
+  quotes[0] = CountQuotes(path, starts[0], starts[1]);
+  for (std::thread& counter : counters) counter.join();
+  if (std::find(quotes.begin(), quotes.end(), -1) != quotes.end()) return false;
+
+  split.header = std::move(header.names_);
+  split.bounds = {headerEnd};
+  long long before = 0;
+  for (std::size_t i = 1; i < parts; ++i) {
+    before += quotes[i - 1];
+    // A slice without a row end of its own joins the part before it.
+    const long long cut = RowEnd(file.get(), starts[i], starts[i + 1], before);
+    if (cut > split.bounds.back() && cut < size) split.bounds.push_back(cut);
+  }
+  split.bounds.push_back(size);
+  return true;
 }
 
 }  // namespace dmtool

@@ -37,6 +37,34 @@ struct CsvResult {
 /// `showProgress`, a progress bar on standard error follows a long file.
 CsvResult ReadCsv(const std::string& path, CsvHandler& handler, bool showProgress);
 
+/// Where a CSV file may be cut so that separate readers see whole rows.
+struct CsvSplit {
+  /// The column names of the header row.
+  std::vector<std::string> header;
+  /// Byte offsets: part i holds the data rows in [bounds[i], bounds[i + 1]).
+  /// The first is the end of the header row, the last the file's size.
+  std::vector<long long> bounds;
+};
+
+/// Reads the header row of the CSV file at `path` and cuts the rest into at
+/// most `parts` ranges of whole rows of about equal size. A cut lands only
+/// after a line feed preceded by an even number of quote characters: in a
+/// file the strict parser accepts, quotes appear only around quoted cells and
+/// doubled inside them, so exactly those line feeds end a row (a line feed
+/// inside a quoted cell follows an odd number). Counting the quotes is the
+/// only pass before the parts are read, and it runs on `parts` threads.
+/// Returns false when the file cannot be read or its header row not parsed;
+/// a file the strict parser refuses may still be cut, at wrong places after
+/// its first fault, but the part holding that fault refuses it as well.
+bool SplitCsv(const std::string& path, std::size_t parts, CsvSplit& split);
+
+/// Reads the data rows in bytes [`begin`, `end`) of the CSV file at `path`,
+/// a range of `SplitCsv`, and hands `header` and then the cells to `handler`.
+/// Fails as `ReadCsv` does, except that row numbers in the error count from
+/// the range's first row.
+CsvResult ReadCsvRows(const std::string& path, long long begin, long long end,
+                      const std::vector<std::string>& header, CsvHandler& handler);
+
 }  // namespace dmtool
 
 #endif  // DMCOMMON_TOOLS_CSVREADER_H

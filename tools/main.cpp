@@ -92,6 +92,13 @@ int Run(int argc, char** argv) {
                    "Text columns with more distinct values are typeless")
       ->capture_default_str()
       ->check(CLI::Range(std::size_t{1}, std::size_t{1} << 24));
+  profileCommand
+      ->add_option("--jobs", profile.jobs,
+                   "Profile on this many threads: the file is cut into as many ranges of whole\n"
+                   "rows and their profiles are pooled; means and variances may differ from\n"
+                   "one thread's in the last digits")
+      ->capture_default_str()
+      ->check(CLI::Range(std::size_t{1}, std::size_t{256}));
   profileCommand->add_flag("--no-table", noTable, "Do not print the dictionary table");
   profile.progress = true;
 

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <iostream>
 #include <optional>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -42,6 +44,14 @@ class Profiler : public CsvHandler {
 
   const std::vector<std::string>& Names() const { return names_; }
   const std::vector<ColumnProfile>& Columns() const { return columns_; }
+
+  // Takes the profiles of the rows that follow this profiler's, read with
+  // the same header.
+  void Merge(Profiler&& later) {
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      columns_[i].Merge(std::move(later.columns_[i]));
+    }
+  }
 
  private:
   std::size_t maxCategories_;
@@ -346,12 +356,57 @@ void AddContinuous(DmExtension::DMXMLWrapper& summary, const FieldSummaryInput& 
   return document.doc2string(text) == DmExtension::DM_XML_OK && !text.empty();
 }
 
+// Profiles the file in `options.jobs` parts on as many threads into
+// `profiler` and counts its rows into `read`. Returns false, with both
+// unusable, when the file could not be cut or any part failed: reading it in
+// one pass then reports the first problem with its true row number.
+[[nodiscard]] bool ProfileInParts(const ProfileOptions& options, Profiler& profiler,
+                                  CsvResult& read) {
+  CsvSplit split;
+  if (!SplitCsv(options.csvPath, options.jobs, split)) return false;
+  const std::size_t parts = split.bounds.size() - 1;
+  std::vector<Profiler> profilers;
+  for (std::size_t i = 0; i < parts; ++i) profilers.emplace_back(options.maxCategories);
+  std::vector<CsvResult> results(parts);
+  // Each part has its own profiler, parser and file; the statistics and the
+  // XML layer (thread-local name caches, one document per conversion) are
+  // safe to use on distinct objects from several threads.
+  const auto readPart = [&](std::size_t i) {
+    try {
+      results[i] = ReadCsvRows(options.csvPath, split.bounds[i], split.bounds[i + 1], split.header,
+                               profilers[i]);
+    } catch (const std::exception& error) {
+      results[i].exitCode = kExitUsage;
+      results[i].error = error.what();
+    }
+  };
+  std::vector<std::thread> threads;
+  for (std::size_t i = 1; i < parts; ++i) threads.emplace_back(readPart, i);
+  readPart(0);
+  for (std::thread& thread : threads) thread.join();
+  for (const CsvResult& result : results) {
+    if (result.exitCode != kExitOk) return false;
+  }
+  // In file order, so that kinds and first values merge as one pass meets
+  // them.
+  for (std::size_t i = 1; i < parts; ++i) {
+    profilers[0].Merge(std::move(profilers[i]));
+    results[0].dataRows += results[i].dataRows;
+  }
+  profiler = std::move(profilers[0]);
+  read = std::move(results[0]);
+  return true;
+}
+
 }  // namespace
 
 int Profile(const ProfileOptions& options, std::unique_ptr<DMMetaData>& metadata) {
   Profiler profiler(options.maxCategories);
-  const CsvResult read =
-      ReadCsv(options.csvPath, profiler, options.progress && isatty(STDERR_FILENO) == 1);
+  CsvResult read;
+  if (options.jobs <= 1 || !ProfileInParts(options, profiler, read)) {
+    profiler = Profiler(options.maxCategories);
+    read = ReadCsv(options.csvPath, profiler, options.progress && isatty(STDERR_FILENO) == 1);
+  }
   if (read.exitCode != kExitOk) {
     std::cerr << "dmtool: " << read.error << '\n';
     return read.exitCode;

@@ -255,6 +255,87 @@ def case_profile_mixed_columns():
         check(text in out, "show lacks %r:\n%s" % (text, out))
 
 
+# Attributes that pooled profiles compute in another order, with the power of
+# the values' magnitude their rounding error scales with.
+POOLED_ROUNDING = {"mean": 1, "stdDev": 1, "variance": 2}
+
+
+def same_document(one, other, where):
+    """Checks that two element trees are equal, the rounded attributes up to
+    1e-12 of themselves or of the magnitude of the element's extrema (a mean
+    of values near +-1e18 that cancel is exact only to that magnitude)."""
+    check(one.tag == other.tag, "%s: element %s, expected %s" % (where, other.tag, one.tag))
+    here = "%s/%s[%s]" % (where, one.tag, one.get("name") or one.get("fieldName") or "")
+    check(set(one.keys()) == set(other.keys()),
+          "%s: attributes %r, expected %r" % (here, sorted(other.keys()), sorted(one.keys())))
+    scale = max([abs(float(one.get(k))) for k in ("minimum", "maximum") if k in one.keys()],
+                default=0.0)
+    for key, value in one.items():
+        if key in POOLED_ROUNDING:
+            check(math.isclose(float(value), float(other.get(key)), rel_tol=1e-12,
+                               abs_tol=1e-12 * scale ** POOLED_ROUNDING[key]),
+                  "%s@%s: %s, expected %s" % (here, key, other.get(key), value))
+        else:
+            check(value == other.get(key),
+                  "%s@%s: %r, expected %r" % (here, key, other.get(key), value))
+    check((one.text or "").strip() == (other.text or "").strip(), here + ": text differs")
+    check(len(one) == len(other), "%s: %d children, expected %d" % (here, len(other), len(one)))
+    for a, b in zip(one, other):
+        same_document(a, b, here)
+
+
+def jobs_csv(rows):
+    """A file whose columns change kind, values and categories between its
+    beginning and its end, with quoted line breaks on many rows, so that the
+    parts of a cut file disagree in every way the pooling must resolve."""
+    lines = ["id,int_then_real,int_then_text,huge,quoted,cats,two_halves,late_dates,clock,sparse"]
+    for i in range(rows):
+        late = i >= rows * 2 // 3
+        cells = [
+            str(i + 1),
+            "%d.5" % i if late and i % 3 == 0 else str(i % 97),
+            "n/a" if i == rows - 5 else str(i),
+            str(9223372036854775807 - i) if i == rows - 1 else
+            str(-9223372036854775807 + i) if i == 1 else str(i * 1000003),
+            '"line %d\nnext, ""quoted"""' % (i % 7) if i % 3 else "plain %d" % (i % 5),
+            "cat%d" % (i % 6 + (6 if late else 0)),
+            "a" if i < rows // 2 else "b",
+            "" if not late else "2020-%02d-%02d" % (i % 12 + 1, i % 28 + 1),
+            "%02d:%02d:%02d" % (i % 24, i % 60, (i * 7) % 60),
+            "" if i % 4 else "%d" % (i % 11),
+        ]
+        lines.append(",".join(cells))
+    return "\n".join(lines) + "\n"
+
+
+def case_profile_jobs():
+    csv_path = work_file("jobs.csv")
+    with open(csv_path, "w", encoding="utf-8", newline="") as handle:
+        handle.write(jobs_csv(3000))
+    base, _ = profile(csv_path, "jobs-1.xml", "--max-categories", "10", "--no-table")
+    one = ET.parse(base).getroot()
+    for jobs in ("2", "3", "4", "7", "64"):
+        xml_path, _ = profile(csv_path, "jobs-%s.xml" % jobs, "--max-categories", "10",
+                              "--no-table", "--jobs", jobs)
+        same_document(one, ET.parse(xml_path).getroot(), "--jobs " + jobs)
+    # The union of the parts' categories overflows the cap only when pooled.
+    fields = {f.get("name"): f for f in one.find("Fields").findall("Field")}
+    check(fields["cats"].get("measure") == "typeless", "cats should overflow the cap of 10")
+    check(fields["two_halves"].get("measure") == "flag", "two_halves should be a flag")
+
+    # A fault in any part is reported as one pass reports it.
+    broken = jobs_csv(3000).split("\n")
+    broken[2500] = broken[2500].rsplit(",", 1)[0]
+    for name, text in (("ragged.csv", "\n".join(broken)),
+                       ("quote.csv", jobs_csv(3000).replace("plain 3", 'pl"ain 3', 1))):
+        path = work_file(name, text)
+        _, want = run(["profile", path, "-o", work_file(name + ".xml")], expect=1)
+        for jobs in ("2", "5"):
+            _, got = run(["profile", path, "-o", work_file(name + ".xml"), "--jobs", jobs],
+                         expect=1)
+            check(got == want, "--jobs %s says %r, one pass %r" % (jobs, got, want))
+
+
 def row_of(table, name):
     for line in table.splitlines():
         if line.split(" ", 1)[0] == name:

@@ -50,10 +50,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::unique_ptr<DMPrintable> clone(printable.Clone());
   dmfuzz::Require(clone->Print() == printed, kTarget, "a clone prints other text");
 
+  // What the reader accepts, the writer must be able to write.
   const std::string first = dmfuzz::Written(printable);
-  // A printable read without a format writes, as it prints, what it has;
-  // one whose parts refuse to write adds nothing, which the contract allows.
-  if (first.empty()) return 0;
+  dmfuzz::Require(!first.empty(), kTarget, "a printable that was read writes nothing");
   dmfuzz::Require(dmfuzz::Written(*clone) == first, kTarget, "a clone writes other text");
 
   const Read reread = ReadPrintable(first);

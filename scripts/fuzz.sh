@@ -17,7 +17,7 @@ set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 seconds=${FUZZ_SECONDS:-30}
-targets=(${FUZZ_TARGETS:-metadata summaries field format printable xml cache})
+targets=(${FUZZ_TARGETS:-metadata summaries field format printable xml cache profile})
 jobs=${JOBS:-2}
 build=build/fuzz
 
@@ -32,7 +32,7 @@ cmake -S . -B "$build" \
   "-DCMAKE_SHARED_LINKER_FLAGS=$sanitize" \
   -DDMCOMMON_BUILD_FUZZERS=ON \
   -DDMCOMMON_BUILD_TESTS=OFF \
-  -DDMCOMMON_BUILD_TOOLS=OFF \
+  -DDMCOMMON_BUILD_TOOLS=ON \
   -DDMCOMMON_BUILD_BENCHMARKS=OFF \
   -DDMCOMMON_PACKAGING_TESTS=OFF \
   -DDMCOMMON_INSTALL=OFF >/dev/null || {

@@ -105,6 +105,14 @@ bool ParseTimestamp(std::string_view text, double& seconds) {
   return true;
 }
 
+int FirstForbiddenControl(std::string_view text) {
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') return byte;
+  }
+  return -1;
+}
+
 bool IsValidUtf8(std::string_view text) {
   const auto* p = reinterpret_cast<const unsigned char*>(text.data());
   const auto* end = p + text.size();

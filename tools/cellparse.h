@@ -35,6 +35,11 @@ bool ParseTimestamp(std::string_view text, double& seconds);
 /// nothing above U+10FFFF).
 bool IsValidUtf8(std::string_view text);
 
+/// The first control byte of `text` that XML cannot carry (0 to 8, 11, 12,
+/// 14 to 31), or -1 when there is none. A document could not hold such a
+/// cell: written, it would not read back.
+int FirstForbiddenControl(std::string_view text);
+
 /// The number of code points in the UTF-8 `text`: its width in a table of
 /// mostly single-width characters.
 std::size_t DisplayWidth(std::string_view text);

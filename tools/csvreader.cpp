@@ -54,9 +54,19 @@ void OnField(void* data, std::size_t size, void* user) {
   auto& state = *static_cast<ReadState*>(user);
   if (!state.error.empty()) return;
   const std::string_view cell(static_cast<const char*>(data), size);
+  const auto where = [&state] {
+    return (state.inHeader ? std::string("the header") : RowName(state.dataRows + 1)) +
+           ", column " + std::to_string(state.column + 1);
+  };
   if (!IsValidUtf8(cell)) {
-    state.error = (state.inHeader ? std::string("the header") : RowName(state.dataRows + 1)) +
-                  ", column " + std::to_string(state.column + 1) + ": the text is not valid UTF-8";
+    state.error = where() + ": the text is not valid UTF-8";
+    return;
+  }
+  if (const int control = FirstForbiddenControl(cell); control >= 0) {
+    char code[16];
+    std::snprintf(code, sizeof code, "0x%02X", static_cast<unsigned>(control));
+    state.error = where() + ": the text holds the control character " + code +
+                  ", which a metadata document cannot carry";
     return;
   }
   if (state.inHeader) {

@@ -556,6 +556,8 @@ def case_exit_codes():
         ("too-few.csv", b"a,b,c\n1,2,3\n4,5\n", "row 3"),
         ("too-many.csv", b"a,b\n1,2\n3,4\n5,6,7\n", "row 4"),
         ("not-utf8.csv", b"a,b\n1,caf\xe9\n", "UTF-8"),
+        ("zero-byte.csv", b"a,b\n1,x\x00y\n", "row 2, column 2: the text holds the control character 0x00"),
+        ("control.csv", b"a,b\x01\n1,2\n", "the header, column 2: the text holds the control character 0x01"),
         ("bad-quote.csv", b'a,b\n1,"x"y\n', "row 2"),
         ("duplicate.csv", b"a,a\n1,2\n", "repeats"),
     ]

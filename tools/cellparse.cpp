@@ -1,5 +1,6 @@
 #include "cellparse.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -106,9 +107,23 @@ bool ParseTimestamp(std::string_view text, double& seconds) {
 }
 
 int FirstForbiddenControl(std::string_view text) {
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') return byte;
+  const auto* p = reinterpret_cast<const unsigned char*>(text.data());
+  const auto* end = p + text.size();
+  while (p != end) {
+    // Eight bytes at a time while none of them is below 0x20 (the classic
+    // "has a byte less than n" test), which is almost every cell.
+    while (end - p >= 8) {
+      std::uint64_t block;
+      std::memcpy(&block, p, sizeof block);
+      constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+      constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+      if (((block - kOnes * 0x20) & ~block & kHighBits) != 0) break;
+      p += 8;
+    }
+    const auto* stop = std::min(end, p + 8);
+    for (; p != stop; ++p) {
+      if (*p < 0x20 && *p != '\t' && *p != '\n' && *p != '\r') return *p;
+    }
   }
   return -1;
 }

@@ -246,7 +246,14 @@ long long CountQuotes(const std::string& path, long long begin, long long end) {
   long long quotes = 0;
   const bool read =
       ReadBytes(file.get(), begin, end, [&quotes](const char* data, std::size_t size) {
-        quotes += std::count(data, data + size, '"');
+        // memchr skips the long runs between quotes many bytes at a time.
+        const char* at = data;
+        const char* const stop = data + size;
+        while ((at = static_cast<const char*>(
+                    std::memchr(at, '"', static_cast<std::size_t>(stop - at)))) != nullptr) {
+          ++quotes;
+          ++at;
+        }
         return true;
       });
   return read ? quotes : -1;

@@ -558,6 +558,8 @@ def case_exit_codes():
         ("not-utf8.csv", b"a,b\n1,caf\xe9\n", "UTF-8"),
         ("zero-byte.csv", b"a,b\n1,x\x00y\n", "row 2, column 2: the text holds the control character 0x00"),
         ("control.csv", b"a,b\x01\n1,2\n", "the header, column 2: the text holds the control character 0x01"),
+        ("late-control.csv", b"a\n\"abcdefghij\tklmnopqrstu\x1fv\"\n",
+         "row 2, column 1: the text holds the control character 0x1F"),
         ("bad-quote.csv", b'a,b\n1,"x"y\n', "row 2"),
         ("duplicate.csv", b"a,a\n1,2\n", "repeats"),
     ]
@@ -565,6 +567,11 @@ def case_exit_codes():
         path = work_file(name, content, "wb")
         _, err = run(["profile", path], expect=1)
         check(message in err, "%s: expected %r in %r" % (name, message, err))
+
+    # TAB, line feed and carriage return are text a document carries.
+    carried = work_file("carried-controls.csv",
+                        b'a,b\n"abcdefghij\tklmnop\r\nqrstuvwxyz",1\n', "wb")
+    run(["profile", carried, "-o", work_file("carried-controls.xml")])
 
     header_only = work_file("header-only.csv", b"a,b\n", "wb")
     out, _ = run(["profile", header_only, "-o", work_file("header-only.xml")])

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <exception>
 #include <iostream>
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <thread>
@@ -126,6 +127,15 @@ std::unique_ptr<DMFormat> FormatFor(const ColumnProfile& column) {
   return nullptr;
 }
 
+// An integer column's value, held as a double: beyond 2^53 the double may
+// have rounded up to 2^63, which no long long holds, so the ends clamp.
+long long IntegerOf(double value) {
+  constexpr double kTop = 9223372036854775808.0;  // 2^63
+  if (value >= kTop) return std::numeric_limits<long long>::max();
+  if (value < -kTop) return std::numeric_limits<long long>::min();
+  return static_cast<long long>(value);
+}
+
 // The categories of a column with at most two distinct values or a text
 // column under the cap, in ascending order of value.
 std::vector<Category> CategoriesOf(const ColumnProfile& column) {
@@ -138,9 +148,8 @@ std::vector<Category> CategoriesOf(const ColumnProfile& column) {
   }
   for (int i = 0; i < std::min(column.DistinctValues(), 2); ++i) {
     const auto [value, count] = column.Value(i);
-    const DMDatum datum = column.Kind() == ColumnKind::kInteger
-                              ? DMDatum(static_cast<long long>(value))
-                              : DMDatum(value);
+    const DMDatum datum =
+        column.Kind() == ColumnKind::kInteger ? DMDatum(IntegerOf(value)) : DMDatum(value);
     std::string text;
     datum.ToString(text, 0);
     categories.push_back({datum, std::move(text), count});
